@@ -1,0 +1,170 @@
+#include "engine/vellumcaster_filter.h"
+
+#include "engine/sample_times.h"
+#include "graph/sample_properties.h"
+#include "graph/seh_calls.h"
+#include "image/copy_frame.h"
+#include "image/format_names.h"
+#include "image/format_table.h"
+#include "image/guarded_memory.h"
+#include "image/plane_layout.h"
+#include "image/rounding.h"
+#include "platform/kernel/counters.h"
+#include "platform/kernel/trace.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vellumcaster {
+
+/// The values of one call.
+struct CCoVellumcaster::FramePass {
+    FrameBuffer in;
+    FrameBuffer out;
+    FrameBuffer mix; ///< `in`, `out` or the extra buffer
+    std::size_t cbFrame = 0;
+    CComPtr<IMediaSample> spSampleOut;
+};
+
+namespace {
+
+/// Data bytes of a frame, with rows as long as the stride says.
+LONG FrameDataLength(const PictureFormat& pf) {
+    const std::int64_t nPixels = RowCount(pf) * EffectiveStride(pf);
+    return SaturateToInt32(nPixels * CPictureFormats::BitsPerPixel(pf.dwFormat) / 8);
+}
+
+std::size_t ToSize(LONG cb) { return static_cast<std::size_t>(std::max<LONG>(cb, 0)); }
+
+FrameBuffer BufferOf(IMediaSample& sample, BYTE* pData, const PictureFormat& desc) {
+    return {pData, ToSize(sample.GetSize()), desc};
+}
+
+bool HoldsItsFrame(const FrameBuffer& frame) {
+    return CPictureFormats::GetBufferSize(frame.desc) <= frame.cb;
+}
+
+/// Copies a frame between two buffers that are both as large as their descriptors say.
+void CopyWholeFrame(const FrameBuffer& src, const FrameBuffer& dst) {
+    if (HoldsItsFrame(src) && HoldsItsFrame(dst)) CopyFrame(&src.desc, &dst.desc, src.pData, dst.pData);
+}
+
+} // namespace
+
+CCoVellumcaster::CCoVellumcaster(IItemPainter& painter, CComPtr<CPlainInputPin> spIn,
+                                 CComPtr<CPlainOutputPin> spOut)
+    : m_Engine(painter), m_spIn(std::move(spIn)), m_spOut(std::move(spOut)) {}
+
+HRESULT CCoVellumcaster::Filter_SendSample(int /*nPinIndex*/, IMediaSample* pSample) {
+    if (!pSample) return E_INVALIDARG;
+    FramePass pass;
+    if (const Dropped dropped = TakeInput(pass, *pSample)) return *dropped;
+    if (!m_bSeparated)
+        PassInputThrough(pass, *pSample);
+    else if (const Dropped dropped = TakeSeparateOutput(pass, *pSample))
+        return *dropped;
+    MixAndCopy(pass, ReadSampleTimes(*pSample));
+    return m_spOut->SendSample(pass.spSampleOut.Get());
+}
+
+CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSample& sample) const {
+    const PictureFormat& desc = m_spIn->m_pfConnected;
+    LONG cbActual = sample.GetActualDataLength();
+    if (cbActual == 0) {
+        cbActual = FrameDataLength(desc);
+        VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
+                          "WARNING !!! CCoVellumcaster::Filter_SendSample - ZERO ACTUAL LENGTH, Set:%s\n",
+                          std::to_string(cbActual));
+        sample.SetActualDataLength(cbActual);
+    }
+
+    BYTE* pIn = nullptr;
+    const HRESULT hr = sample.GetPointer(&pIn);
+    if (FAILED(hr) || !pIn) {
+        VELLUM_TRACE_LINE(
+            TraceCategory::General, TraceLevel::Error,
+            "###Err### CCoVellumcaster::Filter_SendSample - pSample->GetPointer() FAILED hr = 0x%08X\n", hr);
+        return hr;
+    }
+    pass.in = BufferOf(sample, pIn, desc);
+    pass.out = pass.mix = pass.in;
+    pass.cbFrame = ToSize(cbActual);
+    return {};
+}
+
+CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IMediaSample& sample) {
+    HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spOut->m_spAllocOut.Get(), pass.spSampleOut.Put(), nullptr,
+                                              nullptr, 0);
+    if (SUCCEEDED(hr) && !pass.spSampleOut) hr = E_UNEXPECTED;
+    if (FAILED(hr)) {
+        VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
+                          "###Err### CCoVellumcaster::Filter_SendSample - SEH_IMemAllocator::GetBuffer() "
+                          "FAILED hr = 0x%08X\n",
+                          hr);
+        return hr;
+    }
+    IMediaSample& sampleOut = *pass.spSampleOut;
+    ReadOutputType(&sampleOut);
+    const LONG cbActual = sampleOut.GetActualDataLength();
+    pass.cbFrame = ToSize(cbActual != 0 ? cbActual : sampleOut.GetSize());
+
+    BYTE* pOut = nullptr;
+    hr = sampleOut.GetPointer(&pOut);
+    if (FAILED(hr) || !pOut) {
+        VELLUM_TRACE_LINE(
+            TraceCategory::General, TraceLevel::Error,
+            "###Err### CCoVellumcaster::Filter_SendSample - spSampleOut->GetPointer() FAILED hr = 0x%08X\n",
+            hr);
+        return hr;
+    }
+    pass.out = BufferOf(sampleOut, pOut, m_spOut->m_pfConnected);
+    if (m_spIn->m_bReadOnly) LeaveReadOnlyInput(pass);
+
+    CopySampleProperties(sampleOut, sample);
+    sampleOut.SetActualDataLength(FrameDataLength(m_spOut->m_pfConnected));
+    return {};
+}
+
+void CCoVellumcaster::LeaveReadOnlyInput(FramePass& pass) {
+    if (m_nMemoryType == MemoryType::Unknown && m_pfnDetectMemoryType)
+        m_nMemoryType =
+            m_pfnDetectMemoryType(pass.out.pData, SaturateToInt32(static_cast<std::int64_t>(pass.cbFrame)));
+
+    CVirtualBlob& extra = m_spOut->m_blobExtra;
+    const bool bAwayFromOutput = m_nMemoryType != MemoryType::System && !extra.IsEmpty();
+    pass.mix = bAwayFromOutput ? FrameBuffer{extra.Data(), extra.Size(), m_spOut->m_pfConnected} : pass.out;
+    CopyWholeFrame(pass.in, pass.mix);
+}
+
+void CCoVellumcaster::PassInputThrough(FramePass& pass, IMediaSample& sample) {
+    pass.spSampleOut = &sample;
+    ReadOutputType(&sample);
+    m_nMemoryType = MemoryType::System;
+}
+
+void CCoVellumcaster::ReadOutputType(IMediaSample* pSample) {
+    CAutoLock lock(m_csFilter);
+    m_spOut->SetMediaTypeFromSample(pSample);
+}
+
+void CCoVellumcaster::MixAndCopy(const FramePass& pass, const FrameTimes& times) {
+    [[maybe_unused]] const DWORD tStart = bTracing ? GetTickCount() : 0;
+    const PictureFormat& desc = pass.mix.desc;
+    const SIZE sizeStream{m_spIn->m_pfConnected.nWidth, SaturateToInt32(RowCount(m_spIn->m_pfConnected))};
+
+    CAutoLock lock(m_Engine.ItemLock());
+    m_Engine.MixFrame(pass.mix, sizeStream, times);
+    const bool bMixedInInput = pass.mix.pData == pass.in.pData;
+    if (pass.out.pData != pass.mix.pData) {
+        if (bMixedInInput)
+            CopyWholeFrame(pass.in, pass.out);
+        else
+            static_cast<void>(SEH_CopyMemory(pass.out.pData, pass.mix.pData,
+                                             std::min({pass.cbFrame, pass.mix.cb, pass.out.cb})));
+    }
+    VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "[MIX FRAME PERF] %dx%d %s - %d ms.\n",
+                      desc.nWidth, desc.nHeight, CPictureFormats::NameFromFormat(desc.dwFormat),
+                      GetTickCount() - tStart);
+}
+
+} // namespace vellumcaster

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "image/picture_format.h"
+
+#include <vellumcaster/results.h>
+
+namespace vellumcaster {
+
+/// Copies a frame row by row between two buffers of one format that may differ in stride, size and row order. What
+/// is copied is the smaller width by the smaller height, from the top left of the picture.
+///
+/// Rows of a picture of one plane are as long as their stride says, with no rounding.
+/// \return S_OK; E_INVALIDARG for a null argument; E_FRAME_FORMATS_DIFFER; E_UNEXPECTED when a row could not be
+///         reached, and the rows behind it are left.
+HRESULT CopyFrame(const PictureFormat* pDescSrc, const PictureFormat* pDescDst, const BYTE* pSrc, BYTE* pDst);
+
+} // namespace vellumcaster

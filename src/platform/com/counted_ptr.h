@@ -1,0 +1,56 @@
+#pragma once
+
+#include <utility>
+
+namespace vellumcaster {
+
+/// Owns one reference on an interface, or none.
+template <class Interface>
+class CComPtr {
+public:
+    CComPtr() = default;
+    /// Takes a reference of its own.
+    CComPtr(Interface* p)
+        : m_p(p) { // NOLINT(google-explicit-constructor): a plain pointer is what calls hand in
+        if (m_p) m_p->AddRef();
+    }
+    CComPtr(const CComPtr& other) : CComPtr(other.m_p) {}
+    CComPtr(CComPtr&& other) noexcept : m_p(std::exchange(other.m_p, nullptr)) {}
+    ~CComPtr() { Reset(); }
+
+    CComPtr& operator=(CComPtr other) noexcept {
+        std::swap(m_p, other.m_p);
+        return *this;
+    }
+
+    /// Gives the reference back.
+    void Reset() {
+        if (Interface* p = std::exchange(m_p, nullptr)) p->Release();
+    }
+
+    /// Takes over a reference that the caller holds.
+    void Attach(Interface* p) {
+        Reset();
+        m_p = p;
+    }
+
+    /// Hands the reference to the caller.
+    [[nodiscard]] Interface* Detach() { return std::exchange(m_p, nullptr); }
+
+    /// Where a call may put a referenced interface.
+    [[nodiscard]] Interface** Put() {
+        Reset();
+        return &m_p;
+    }
+
+    [[nodiscard]] Interface* Get() const { return m_p; }
+    Interface* operator->() const { return m_p; }
+    Interface& operator*() const { return *m_p; }
+    explicit operator bool() const { return m_p != nullptr; }
+    friend bool operator==(const CComPtr& a, const Interface* b) { return a.m_p == b; }
+
+private:
+    Interface* m_p = nullptr;
+};
+
+} // namespace vellumcaster

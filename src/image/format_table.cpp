@@ -71,7 +71,7 @@ HRESULT GetImageSize(std::uint32_t code, std::int32_t width, std::int32_t height
 
     const PixelFormatEntry& entry = formatTable[static_cast<std::size_t>(row)];
     std::int64_t cb = nRows * GetRowBytes(entry, width);
-    if (entry.bPlanar && entry.bYuv) cb += 2 * (width / entry.nSubX) * (nRows / entry.nSubY);
+    if (entry.bPlanar && entry.bYuv) cb += 2 * std::int64_t{width / entry.nSubX} * (nRows / entry.nSubY);
     if (cb > cbLargestPicture) return E_INVALIDARG;
     *pcb = static_cast<std::uint32_t>(cb);
     return S_OK;

@@ -9,9 +9,8 @@ template <class Interface>
 class CComPtr {
 public:
     CComPtr() = default;
-    /// Takes a reference of its own.
-    CComPtr(Interface* p)
-        : m_p(p) { // NOLINT(google-explicit-constructor): a plain pointer is what calls hand in
+    /// Takes a reference of its own. A plain pointer is what calls hand in, so it converts by itself.
+    CComPtr(Interface* p) : m_p(p) { // NOLINT(google-explicit-constructor)
         if (m_p) m_p->AddRef();
     }
     CComPtr(const CComPtr& other) : CComPtr(other.m_p) {}

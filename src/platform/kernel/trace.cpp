@@ -35,7 +35,7 @@ template <class T>
 std::string Print(const Conversion& conversion, const char* pszLength, T value) {
     const std::string format = conversion.prefix + pszLength + conversion.letter;
     std::array<char, 512> text{};
-    std::snprintf(text.data(), text.size(), format.c_str(), value);
+    static_cast<void>(std::snprintf(text.data(), text.size(), format.c_str(), value));
     return text.data();
 }
 
@@ -75,7 +75,7 @@ std::string PrintArgument(const Conversion& conversion, const TraceArgument& arg
 }
 
 void WriteToStandardError(TraceCategory, TraceLevel, std::string_view line) {
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    static_cast<void>(std::fwrite(line.data(), 1, line.size(), stderr));
 }
 
 std::atomic<TraceSink> g_sink = WriteToStandardError;

@@ -1,0 +1,130 @@
+#include "image/blob_holder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/mman.h>
+
+namespace vellumcaster {
+namespace {
+
+/// Memory that runs out when a test says so, and knows how many blocks are out.
+struct RationedMemory {
+    static inline bool bOut = false;
+    static inline int nBlocks = 0;
+
+    static void* Alloc(std::size_t cb) {
+        if (bOut) return nullptr;
+        ++nBlocks;
+        return std::malloc(cb);
+    }
+    static void Free(void* p) {
+        if (p) --nBlocks;
+        std::free(p);
+    }
+    static std::size_t AllocatedSize(std::size_t cb) { return cb; }
+};
+
+template <class Blob>
+class BlobHolder : public testing::Test {
+protected:
+    static void TearDownTestSuite() { EXPECT_EQ(RationedMemory::nBlocks, 0) << "a block was leaked"; }
+};
+
+using Policies = testing::Types<CHeapBlob, CTaskBlob, CVirtualBlob, CBLOBHolder<RationedMemory>>;
+TYPED_TEST_SUITE(BlobHolder, Policies);
+
+TYPED_TEST(BlobHolder, KeepsItsBlockWhenItGetsSmallerAndComesBack) {
+    TypeParam blob;
+    EXPECT_TRUE(blob.IsEmpty());
+    ASSERT_EQ(blob.Alloc(5000, true, 0xAB), S_OK);
+    const BYTE* pFirst = blob.Data();
+    const std::size_t cbAllocated = blob.AllocatedSize();
+    EXPECT_GE(cbAllocated, 5000u);
+    ASSERT_EQ(blob.Resize(10), S_OK);
+    EXPECT_EQ(blob.Size(), 10u);
+    blob.Clear();
+    EXPECT_TRUE(blob.IsEmpty());
+    ASSERT_EQ(blob.Resize(5000), S_OK);
+    EXPECT_EQ(blob.Data(), pFirst);
+    EXPECT_EQ(blob.AllocatedSize(), cbAllocated);
+    EXPECT_EQ(blob.Data()[4999], 0xAB);
+}
+
+TYPED_TEST(BlobHolder, CopiesDeepAndOnlyWhatIsUsed) {
+    TypeParam blob;
+    ASSERT_EQ(blob.Alloc(100, true, 1), S_OK);
+    ASSERT_EQ(blob.Resize(3), S_OK);
+    TypeParam copy(blob);
+    EXPECT_EQ(copy.Size(), 3u);
+    EXPECT_NE(copy.Data(), blob.Data());
+    copy.Data()[0] = 9;
+    EXPECT_EQ(blob.Data()[0], 1);
+
+    const TypeParam& self = copy;
+    copy = self;
+    EXPECT_EQ(copy.Data()[0], 9);
+    copy = TypeParam();
+    EXPECT_TRUE(copy.IsEmpty());
+}
+
+TYPED_TEST(BlobHolder, HandsItsBlockOn) {
+    TypeParam blob;
+    ASSERT_EQ(blob.Alloc(64, true, 7), S_OK);
+    const auto block = blob.Detach();
+    EXPECT_EQ(block.size(), 64u);
+    EXPECT_TRUE(blob.IsEmpty());
+    EXPECT_EQ(blob.AllocatedSize(), 0u);
+    TypeParam other;
+    ASSERT_EQ(other.Resize(8), S_OK);
+    other.TakeOver(block.data(), 32);
+    EXPECT_EQ(other.Data(), block.data());
+    EXPECT_EQ(other.Size(), 32u);
+    EXPECT_EQ(other.AllocatedSize(), 32u);
+}
+
+TYPED_TEST(BlobHolder, CopiesAsMuchAsThereIsRoomFor) {
+    TypeParam blob;
+    ASSERT_EQ(blob.Alloc(4, true, 0), S_OK);
+    const BYTE bytes[] = {1, 2, 3, 4, 5, 6};
+    blob.MemCopy(bytes, 6, 2);
+    blob.MemCopy(bytes, 6, 4);
+    blob.MemCopy(bytes, 6, SIZE_MAX);
+    EXPECT_EQ(std::vector<BYTE>(blob.Data(), blob.Data() + 4), (std::vector<BYTE>{0, 0, 1, 2}));
+}
+
+TEST(BlobHolderMemory, RoundsTheVirtualPolicyToPages) {
+    CVirtualBlob blob;
+    ASSERT_EQ(blob.Resize(4097), S_OK);
+    EXPECT_EQ(blob.AllocatedSize(), 8192u);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blob.Data()) % 4096, 0u);
+}
+
+TEST(BlobHolderMemory, IsEmptyWhenThereIsNoMore) {
+    using Blob = CBLOBHolder<RationedMemory>;
+    Blob blob;
+    ASSERT_EQ(blob.Resize(10), S_OK);
+    RationedMemory::bOut = true;
+    Blob copy(blob);
+    EXPECT_TRUE(copy.IsEmpty());
+    EXPECT_EQ(copy.Data(), nullptr);
+    EXPECT_EQ(blob.Resize(10), S_OK) << "within the block no memory is asked for";
+    EXPECT_EQ(blob.Alloc(11, true, 1), E_OUTOFMEMORY);
+    EXPECT_TRUE(blob.IsEmpty());
+    EXPECT_EQ(blob.Data(), nullptr);
+    EXPECT_EQ(blob.AllocatedSize(), 0u);
+    RationedMemory::bOut = false;
+    EXPECT_EQ(RationedMemory::nBlocks, 0);
+}
+
+TEST(BlobHolderMemory, SurvivesASourceThatCannotBeRead) {
+    void* pPage = mmap(nullptr, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pPage, MAP_FAILED);
+    CTaskBlob blob;
+    ASSERT_EQ(blob.Alloc(16, true, 5), S_OK);
+    blob.MemCopy(pPage, 16, 0);
+    EXPECT_EQ(blob.Size(), 16u);
+    munmap(pPage, 4096);
+}
+
+} // namespace
+} // namespace vellumcaster

@@ -1,0 +1,94 @@
+#include "image/copy_frame.h"
+#include "image/guarded_memory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+#include <sys/mman.h>
+
+namespace vellumcaster {
+namespace {
+
+using namespace format_code;
+using Bytes = std::vector<BYTE>;
+
+/// Bytes that are all different as far as a byte goes.
+Bytes Ramp(std::size_t cb, BYTE first = 1) {
+    Bytes bytes(cb);
+    std::iota(bytes.begin(), bytes.end(), first);
+    return bytes;
+}
+
+TEST(CopyFrame, BringsRowOrdersAndStridesTogether) {
+    const PictureFormat bottomUp{RGB24, 2, 2, 3}; // rows of 9 bytes: not rounded
+    const PictureFormat topDown{RGB24, 2, -3, 2}; // rows of 6 bytes
+    const Bytes src = Ramp(18);
+    Bytes dst(18, 0);
+    ASSERT_EQ(CopyFrame(&bottomUp, &topDown, src.data(), dst.data()), S_OK);
+    EXPECT_EQ(dst, (Bytes{10, 11, 12, 13, 14, 15, 1, 2, 3, 4, 5, 6, 0, 0, 0, 0, 0, 0}));
+
+    // Between two bottom-up frames of different height it is the upper rows that are kept.
+    const PictureFormat higher{RGB24, 2, 3, 2};
+    Bytes dstHigher(18, 0);
+    ASSERT_EQ(CopyFrame(&bottomUp, &higher, src.data(), dstHigher.data()), S_OK);
+    EXPECT_EQ(dstHigher, (Bytes{0, 0, 0, 0, 0, 0, 1, 2, 3, 4, 5, 6, 10, 11, 12, 13, 14, 15}));
+}
+
+TEST(CopyFrame, SkipsTheRowsOfEachPlaneThatAreNotCopied) {
+    const PictureFormat large{YV12, 4, 4, 6};
+    const PictureFormat small{YV12, 2, 2, 0};
+    const Bytes src = Ramp(36);
+    Bytes dst(6, 0);
+    ASSERT_EQ(CopyFrame(&large, &small, src.data(), dst.data()), S_OK);
+    EXPECT_EQ(dst, (Bytes{1, 2, 7, 8, 25, 31}));
+
+    Bytes back(36, 0);
+    ASSERT_EQ(CopyFrame(&small, &large, dst.data(), back.data()), S_OK);
+    Bytes expected(36, 0);
+    expected[0] = 1, expected[1] = 2, expected[6] = 7, expected[7] = 8, expected[24] = 25, expected[30] = 31;
+    EXPECT_EQ(back, expected);
+}
+
+TEST(CopyFrame, CopiesYuvTopDownWhateverTheSign) {
+    const PictureFormat a{YUY2, 2, 2, 2};
+    const PictureFormat b{YUY2, 2, -2, 2};
+    const Bytes src = Ramp(8);
+    Bytes dst(8, 0);
+    ASSERT_EQ(CopyFrame(&a, &b, src.data(), dst.data()), S_OK);
+    EXPECT_EQ(dst, src);
+}
+
+TEST(CopyFrame, NamesWhatKeepsItFromCopying) {
+    const PictureFormat rgb{RGB32, 1, 1, 1};
+    const PictureFormat argb{ARGB32, 1, 1, 1};
+    Bytes a(4, 1);
+    Bytes b(4, 0);
+    EXPECT_EQ(CopyFrame(nullptr, &rgb, a.data(), b.data()), E_INVALIDARG);
+    EXPECT_EQ(CopyFrame(&rgb, nullptr, a.data(), b.data()), E_INVALIDARG);
+    EXPECT_EQ(CopyFrame(&rgb, &rgb, nullptr, b.data()), E_INVALIDARG);
+    EXPECT_EQ(CopyFrame(&rgb, &rgb, a.data(), nullptr), E_INVALIDARG);
+    EXPECT_EQ(CopyFrame(&rgb, &argb, a.data(), b.data()), static_cast<HRESULT>(0x80040248));
+}
+
+TEST(CopyFrame, StopsAtARowThatCannotBeReached) {
+    constexpr std::size_t cbPage = 4096;
+    void* pPages = mmap(nullptr, 2 * cbPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pPages, MAP_FAILED);
+    auto* pSrc = static_cast<BYTE*>(pPages);
+    std::fill_n(pSrc, cbPage, BYTE{7});
+    ASSERT_EQ(mprotect(pSrc + cbPage, cbPage, PROT_NONE), 0);
+
+    const PictureFormat pf{RGB32, 512, -4, 512}; // two rows a page
+    Bytes dst(4 * 2048, 0);
+    EXPECT_EQ(CopyFrame(&pf, &pf, pSrc, dst.data()), E_UNEXPECTED);
+    EXPECT_EQ(std::count(dst.begin(), dst.begin() + cbPage, BYTE{7}), static_cast<std::ptrdiff_t>(cbPage));
+    EXPECT_FALSE(SEH_CopyMemory(dst.data(), pSrc + cbPage, 1));
+    EXPECT_TRUE(SEH_CopyMemory(dst.data(), pSrc, cbPage));
+    munmap(pPages, 2 * cbPage);
+}
+
+} // namespace
+} // namespace vellumcaster

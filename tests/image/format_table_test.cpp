@@ -1,0 +1,122 @@
+#include "image/format_names.h"
+#include "image/format_table.h"
+#include "platform/media/media_subtypes.h"
+
+#include <gtest/gtest.h>
+
+namespace vellumcaster::CPictureFormats {
+namespace {
+
+TEST(FormatTable, FindsARowByCodeAndByWholeSubtype) {
+    const auto table = FormatTable();
+    ASSERT_EQ(table.size(), 11u);
+    for (std::size_t row = 0; row < table.size(); ++row) {
+        EXPECT_EQ(FormatIndexFromCode(table[row].subtype.Data1), static_cast<int>(row));
+        EXPECT_EQ(FormatIndexFromSubtype(table[row].subtype), static_cast<int>(row));
+        GUID other = table[row].subtype;
+        other.Data4[7] ^= 1;
+        EXPECT_EQ(FormatIndexFromSubtype(other), -1) << "only the code is equal";
+    }
+    EXPECT_EQ(FormatIndexFromCode(0), -1);
+    EXPECT_EQ(FormatIndexFromCode(format_code::RGB8), -1);
+}
+
+TEST(FormatTable, PutsEveryComponentWhereTheFormatHasIt) {
+    const auto entry = [](std::uint32_t code) {
+        return FormatTable()[static_cast<std::size_t>(FormatIndexFromCode(code))];
+    };
+    using Triple = std::array<std::uint8_t, 3>;
+    EXPECT_EQ(entry(format_code::YUY2).offsets, (Triple{0, 1, 3}));
+    EXPECT_EQ(entry(format_code::UYVY).offsets, (Triple{1, 0, 2}));
+    EXPECT_EQ(entry(format_code::YVYU).offsets, (Triple{0, 3, 1}));
+    EXPECT_EQ(entry(format_code::IYU2).steps, (Triple{3, 3, 3}));
+    EXPECT_EQ(entry(format_code::RGB565).offsets, (Triple{1, 0, 0}));
+    EXPECT_EQ(entry(format_code::ARGB32).steps, (Triple{4, 4, 4}));
+}
+
+TEST(FormatTable, KnowsDepthAndFamilyOfEveryCode) {
+    const struct {
+        std::uint32_t code;
+        std::uint32_t bits;
+        bool bPlanar;
+        bool bRgb;
+    } cases[] = {
+        {format_code::ARGB32, 32, false, true}, {format_code::RGB32, 32, false, true},
+        {format_code::RGB24, 24, false, true},  {format_code::RGB565, 16, false, true},
+        {format_code::RGB555, 16, false, true}, {format_code::RGB8, 8, false, true},
+        {format_code::YUY2, 16, false, false},  {format_code::YVYU, 16, false, false},
+        {format_code::UYVY, 16, false, false},  {format_code::YV12, 12, true, false},
+        {format_code::I420, 12, true, false},   {format_code::YVU9, 9, false, false},
+        {format_code::IYU2, 24, false, false},  {0, 0, false, false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(BitsPerPixel(c.code), c.bits) << std::hex << c.code;
+        EXPECT_EQ(IsPlanarFormat(c.code), c.bPlanar) << std::hex << c.code;
+        EXPECT_EQ(IsRgbFormat(c.code), c.bRgb) << std::hex << c.code;
+    }
+}
+
+TEST(ImageSize, RoundsPackedRowsAndAddsChroma) {
+    const struct {
+        std::uint32_t code;
+        std::int32_t width, height;
+        std::uint32_t cb;
+    } cases[] = {
+        {format_code::RGB24, 101, -50, 304 * 50},
+        {format_code::RGB24, 2, 1, 8},
+        {format_code::I420, 640, 480, 460800},
+        {format_code::YV12, 6, -2, 12 + 2 * 3},
+        {format_code::YUY2, 2, 3, 12},
+        {format_code::RGB32, 0, 10, 0},
+        {format_code::IYU2, 1, 1, 4},
+    };
+    for (const auto& c : cases) {
+        std::uint32_t cb = 0;
+        EXPECT_EQ(GetImageSize(c.code, c.width, c.height, &cb), S_OK);
+        EXPECT_EQ(cb, c.cb) << NameFromFormat(c.code) << " " << c.width << "x" << c.height;
+    }
+}
+
+TEST(ImageSize, RefusesWhatNoBufferCanHold) {
+    std::uint32_t cb = 77;
+    EXPECT_EQ(GetImageSize(format_code::I420, 2, 2, nullptr), E_POINTER);
+    EXPECT_EQ(GetImageSize(0, 2, 2, &cb), E_INVALIDARG);
+    EXPECT_EQ(GetImageSize(format_code::RGB8, 2, 2, &cb), E_INVALIDARG);
+    EXPECT_EQ(GetImageSize(format_code::RGB32, -2, 2, &cb), E_INVALIDARG);
+    EXPECT_EQ(GetImageSize(format_code::RGB32, 32768, 1, &cb), E_INVALIDARG);
+    EXPECT_EQ(GetImageSize(format_code::RGB32, 1, INT32_MIN, &cb), E_INVALIDARG);
+    EXPECT_EQ(GetImageSize(format_code::RGB32, 32767, 32767, &cb), E_INVALIDARG) << "4 GiB";
+    EXPECT_EQ(cb, 77u);
+}
+
+TEST(DibGeometry, DemandsTheRowsMultiples) {
+    const struct {
+        std::uint32_t code;
+        std::int32_t width, height, stride;
+        int row;
+    } cases[] = {
+        {format_code::RGB24, 3, 5, 0, 7},    {format_code::RGB24, 3, -5, 3, 7},
+        {format_code::RGB24, 3, 5, 2, -1},   {format_code::RGB24, 0, 5, 0, -1},
+        {format_code::RGB24, 3, 0, 0, -1},   {format_code::RGB8, 4, 4, 0, -1},
+        {format_code::YUY2, 4, 2, 8, 2},     {format_code::YUY2, 6, 2, 0, -1},
+        {format_code::YUY2, 4, 3, 0, -1},    {format_code::YUY2, 4, 2, 6, -1},
+        {format_code::YV12, 16, -16, 16, 0},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(CheckDibGeometry(c.code, c.width, c.height, c.stride), c.row)
+            << NameFromFormat(c.code) << " " << c.width << "x" << c.height << " / " << c.stride;
+}
+
+TEST(FormatNames, AreReadWithoutRegardToCase) {
+    EXPECT_EQ(FormatFromName(u"rgb32"), format_code::RGB32);
+    EXPECT_EQ(FormatFromName(u"aRgB32"), format_code::ARGB32);
+    EXPECT_EQ(FormatFromName(u"YVU9"), format_code::YVU9);
+    EXPECT_EQ(FormatFromName(nullptr), 0u);
+    for (const OLECHAR* pszUnknown : {u"", u"RGB", u"RGB32 ", u"IYU2", u"Any", u"I42\u0130"})
+        EXPECT_EQ(FormatFromName(pszUnknown), unknownFormat);
+    EXPECT_EQ(NameFromFormat(format_code::UYVY), "UYVY");
+    EXPECT_EQ(NameFromFormat(0), "");
+}
+
+} // namespace
+} // namespace vellumcaster::CPictureFormats

@@ -1,0 +1,135 @@
+#include "image/plane_layout.h"
+
+#include <gtest/gtest.h>
+
+namespace vellumcaster::CPictureFormats {
+namespace {
+
+using namespace format_code;
+using Triple = std::array<std::uint32_t, 3>;
+
+TEST(FormatInfo, RefusesWhatAFormatCannotHave) {
+    const struct {
+        PictureFormat pf;
+        bool bTaken;
+    } cases[] = {
+        {{YUY2, 4, 3, 0}, true},
+        {{YUY2, 3, 4, 0}, false},
+        {{UYVY, 4, 4, 5}, false},
+        {{YVYU, 4, 4, 6}, true},
+        {{I420, 4, 3, 0}, false},
+        {{I420, 4, -3, 0}, false},
+        {{I420, 4, -2, 0}, true},
+        {{YV12, 3, 2, 4}, false},
+        {{YV12, 2, 2, 3}, false},
+        {{RGB32, 321, 1, 320}, false},
+        {{RGB24, 321, 1, 321}, true},
+        {{RGB565, 1, -1, 0}, true},
+        {{RGB8, 4, 4, 0}, false},
+        {{IYU2, 4, 4, 0}, false},
+        {{YVU9, 4, 4, 0}, false},
+        {{0, 4, 4, 0}, false},
+        {{RGB32, 0, 0, 0}, true},
+        {{RGB32, -1, 1, 0}, false},
+        {{RGB32, 32767, 1, 0}, true},
+        {{RGB32, 32768, 1, 0}, false},
+        {{RGB32, 1, INT32_MIN, 0}, false},
+        {{RGB32, 1, 1, UINT32_MAX}, false},
+        {{RGB32, 16384, 16384, 0}, false},
+        {{RGB32, 16384, 16383, 0}, true},
+        {{RGB24, 1, 0, 0x40000000}, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(GetFormatInfo(&c.pf, nullptr, nullptr, nullptr), c.bTaken)
+            << std::hex << c.pf.dwFormat << std::dec << " " << c.pf.nWidth << "x" << c.pf.nHeight << " / "
+            << c.pf.nStride;
+}
+
+TEST(FormatInfo, WritesOnlyWhereItAnswersTrue) {
+    bool bYuv = false;
+    bool bPlanar = true;
+    std::uint32_t bits = 0;
+    const PictureFormat good{UYVY, 2, 1, 0};
+    ASSERT_TRUE(GetFormatInfo(&good, &bYuv, &bPlanar, &bits));
+    EXPECT_TRUE(bYuv && !bPlanar && bits == 16);
+    const PictureFormat bad{RGB24, 2, 1, 1};
+    ASSERT_FALSE(GetFormatInfo(&bad, &bYuv, &bPlanar, &bits));
+    EXPECT_TRUE(bYuv && !bPlanar && bits == 16);
+}
+
+TEST(PlaneLayout, ResolvesDescriptorsToMemory) {
+    const struct {
+        PictureFormat pf;
+        bool bForcePlanar;
+        Triple offsets;
+        Triple strides;
+        bool bBottomUp;
+    } cases[] = {
+        {{I420, 640, 480, 0}, false, {0, 384000, 307200}, {640, 320, 320}, false},
+        {{YV12, 640, 480, 0}, false, {0, 307200, 384000}, {640, 320, 320}, false},
+        {{I420, 4, 2, 0}, false, {0, 10, 8}, {4, 2, 2}, false},
+        {{I420, 6, -2, 6}, false, {0, 15, 12}, {6, 3, 3}, false},
+        {{YV12, 4, 4, 8}, false, {0, 32, 40}, {8, 4, 4}, false},
+        {{YUY2, 640, 480, 0}, false, {0, 0, 0}, {1280, 0, 0}, false},
+        {{YUY2, 6, 2, 8}, true, {0, 16, 24}, {8, 4, 4}, false},
+        {{UYVY, 4, 2, 0}, true, {0, 8, 12}, {4, 2, 2}, false},
+        {{YVYU, 4, 2, 0}, true, {0, 12, 8}, {4, 2, 2}, false},
+        {{RGB24, 102, 50, 0}, false, {0, 0, 0}, {308, 0, 0}, true},
+        {{RGB24, 2, -1, 0}, true, {0, 0, 0}, {8, 0, 0}, false},
+        {{RGB32, 64, -48, 0}, false, {0, 0, 0}, {256, 0, 0}, false},
+        {{RGB555, 3, 1, 0}, false, {0, 0, 0}, {8, 0, 0}, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << std::hex << c.pf.dwFormat << std::dec << " " << c.pf.nWidth);
+        Triple offsets{};
+        Triple strides{};
+        bool bBottomUp = false;
+        ASSERT_TRUE(GetPlaneLayout(&c.pf, offsets.data(), strides.data(), &bBottomUp, c.bForcePlanar));
+        EXPECT_EQ(offsets, c.offsets);
+        EXPECT_EQ(strides, c.strides);
+        EXPECT_EQ(bBottomUp, c.bBottomUp);
+    }
+}
+
+TEST(PlaneLayout, OnlyEverSetsTheBottomUpFlag) {
+    Triple offsets{};
+    Triple strides{};
+    bool bBottomUp = true;
+    const PictureFormat topDown{RGB32, 2, -2, 0};
+    ASSERT_TRUE(GetPlaneLayout(&topDown, offsets.data(), strides.data(), &bBottomUp, false));
+    EXPECT_TRUE(bBottomUp);
+    EXPECT_TRUE(GetPlaneLayout(&topDown, offsets.data(), strides.data(), nullptr, false));
+}
+
+TEST(PixelOffset, CountsEachSlotInItsOwnPitch) {
+    const struct {
+        PictureFormat pf;
+        int x, y;
+        bool bForcePlanar;
+        Triple offsets;
+    } cases[] = {
+        {{RGB24, 2, -4, 0}, 1, 3, false, {27, 0, 0}}, {{YUY2, 6, 4, 8}, 4, 2, false, {40, 0, 0}},
+        {{I420, 6, 4, 8}, 4, 2, false, {20, 6, 6}},   {{YV12, 4, 4, 0}, 2, 2, false, {10, 3, 3}},
+        {{YUY2, 6, 4, 8}, 4, 3, true, {28, 14, 14}},  {{RGB565, 3, 4, 5}, 2, 1, true, {16, 0, 0}},
+    };
+    for (const auto& c : cases) {
+        Triple offsets{9, 9, 9};
+        ASSERT_TRUE(GetPixelOffset(&c.pf, c.x, c.y, offsets.data(), c.bForcePlanar));
+        EXPECT_EQ(offsets, c.offsets) << std::hex << c.pf.dwFormat;
+    }
+}
+
+TEST(BufferSize, CoversEveryPlaneAndGap) {
+    EXPECT_EQ(GetBufferSize({I420, 640, 480, 0}), 460800u);
+    EXPECT_EQ(GetBufferSize({YV12, 4, -4, 8}), 48u);
+    EXPECT_EQ(GetBufferSize({RGB24, 102, 50, 0}), 15400u);
+    EXPECT_EQ(GetBufferSize({YUY2, 3, 2, 0}), 0u);
+}
+
+TEST(ScratchSize, TakesTheLargestOfBothPictures) {
+    EXPECT_EQ(GetScratchSize({RGB32, 10, -7, 0}, {RGB24, 8, 5, 12}), 12u * 7 * 16);
+    EXPECT_EQ(GetScratchSize({RGB32, 32767, 32767, 0}, {RGB32, 1, 1, 0}), std::size_t{32767} * 32767 * 16);
+}
+
+} // namespace
+} // namespace vellumcaster::CPictureFormats

@@ -1,0 +1,113 @@
+#include "platform/com/bstr.h"
+#include "platform/com/unknown_impl.h"
+#include "platform/com/utf8.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+namespace vellumcaster {
+namespace {
+
+TEST(Bstr, KeepsItsByteLengthInTheFourBytesBeforeIt) {
+    CBstr bs;
+    ASSERT_EQ(bs.Assign(std::u16string_view(u"a\0b", 3)), S_OK);
+    DWORD cb = 0;
+    std::memcpy(&cb, reinterpret_cast<const BYTE*>(bs.Get()) - 4, 4);
+    EXPECT_EQ(cb, 6u);
+    EXPECT_EQ(bs.View(), std::u16string_view(u"a\0b", 3));
+    EXPECT_EQ(bs.Get()[3], u'\0');
+}
+
+TEST(Bstr, TellsNullFromEmpty) {
+    CBstr bs;
+    EXPECT_FALSE(bs);
+    EXPECT_EQ(SysStringLen(bs.Get()), 0u);
+    ASSERT_EQ(bs.Assign(std::u16string_view()), S_OK);
+    EXPECT_TRUE(bs);
+    BSTR bsCopy = nullptr;
+    ASSERT_EQ(bs.CopyTo(&bsCopy), S_OK);
+    EXPECT_NE(bsCopy, nullptr);
+    SysFreeString(bsCopy);
+    ASSERT_EQ(bs.Assign(BSTR{nullptr}), S_OK);
+    EXPECT_FALSE(bs);
+}
+
+TEST(Bstr, TakesACopyOfItself) {
+    CBstr bs;
+    ASSERT_EQ(bs.Assign(std::u16string_view(u"caption")), S_OK);
+    ASSERT_EQ(bs.Assign(bs.Get()), S_OK);
+    EXPECT_EQ(bs.View(), u"caption");
+}
+
+TEST(Bstr, RefusesALengthThatItsPrefixCannotHold) {
+    EXPECT_EQ(SysAllocStringLen(nullptr, 0x80000000u), nullptr);
+    EXPECT_EQ(SysAllocString(nullptr), nullptr);
+}
+
+TEST(Utf8, ReplacesSurrogatesWithoutAPartner) {
+    const struct {
+        std::u16string text;
+        std::string utf8;
+    } cases[] = {
+        {u"", ""},
+        {u"a\u007f", "a\x7f"},
+        {u"\u00e9\u07ff", "\xC3\xA9\xDF\xBF"},
+        {u"\u0800\uffff", "\xE0\xA0\x80\xEF\xBF\xBF"},
+        {u"\U00010000\U0010FFFF", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
+        {{0xD800}, "\xEF\xBF\xBD"},
+        {{0xDC00, u'x'}, "\xEF\xBF\xBDx"},
+        {{0xD800, 0xD800, 0xDC00}, "\xEF\xBF\xBD\xF0\x90\x80\x80"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ToUtf8(c.text), c.utf8);
+}
+
+struct IFirst : IUnknown {
+    static constexpr GUID IID{1, 0, 0, {}};
+};
+struct ISecond : IUnknown {
+    static constexpr GUID IID{2, 0, 0, {}};
+};
+
+class CObject final : public CUnknownImpl<IFirst, ISecond> {
+public:
+    explicit CObject(int* pnAlive) : m_pnAlive(pnAlive) { ++*m_pnAlive; }
+
+protected:
+    ~CObject() override { --*m_pnAlive; }
+
+private:
+    int* m_pnAlive;
+};
+
+TEST(CountedObject, LivesAsLongAsOneReference) {
+    int nAlive = 0;
+    CComPtr<CObject> sp = MakeCounted<CObject>(&nAlive);
+    CComPtr<CObject> spOther = sp;
+    sp.Reset();
+    EXPECT_EQ(nAlive, 1);
+    spOther = CComPtr<CObject>();
+    EXPECT_EQ(nAlive, 0);
+}
+
+TEST(CountedObject, IsOneObjectUnderAllItsInterfaces) {
+    int nAlive = 0;
+    const CComPtr<CObject> sp = MakeCounted<CObject>(&nAlive);
+    CComPtr<ISecond> spSecond;
+    CComPtr<IUnknown> spFromFirst;
+    CComPtr<IUnknown> spFromSecond;
+    ASSERT_EQ(sp->QueryInterface(ISecond::IID, reinterpret_cast<void**>(spSecond.Put())), S_OK);
+    ASSERT_EQ(sp->QueryInterface(IUnknown::IID, reinterpret_cast<void**>(spFromFirst.Put())), S_OK);
+    ASSERT_EQ(spSecond->QueryInterface(IUnknown::IID, reinterpret_cast<void**>(spFromSecond.Put())), S_OK);
+    EXPECT_EQ(spFromFirst.Get(), spFromSecond.Get());
+
+    void* pv = &nAlive;
+    EXPECT_EQ(sp->QueryInterface(GUID{3, 0, 0, {}}, &pv), E_NOINTERFACE);
+    EXPECT_EQ(pv, nullptr);
+    EXPECT_EQ(sp->QueryInterface(IFirst::IID, nullptr), E_POINTER);
+}
+
+} // namespace
+} // namespace vellumcaster

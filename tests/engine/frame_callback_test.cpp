@@ -1,0 +1,202 @@
+#include "engine/overlay_engine.h"
+#include "support/flat_item.h"
+#include "support/recording_painter.h"
+#include "support/scripted_callback.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <stdexcept>
+#include <utility>
+
+namespace vellumcaster {
+namespace {
+
+using namespace testing_support;
+using Script = std::function<HRESULT(OVERLAY_PROPS&)>;
+
+/// An 8 x 1 frame in RGB32 and items of one pixel on it.
+class FrameCallback : public testing::Test {
+protected:
+    Cookie AddWith(const CComPtr<CScriptedCallback>& spCallback, BYTE color = 50) {
+        OverlayItem item = FlatItem(format_code::RGB32, {1, 1}, color);
+        static_cast<void>(item.bsName.Assign(std::u16string_view(u"item")));
+        item.spCallback = spCallback.Get();
+        Cookie cookie = 0;
+        EXPECT_EQ(m_Engine.AddItem(item, &cookie), S_OK);
+        return cookie;
+    }
+
+    static CComPtr<CScriptedCallback> Callback(Script script) {
+        return MakeCounted<CScriptedCallback>(std::move(script));
+    }
+
+    /// The first byte of each pixel after one frame.
+    std::array<int, 8> Mix(const FrameTimes& times = {}) {
+        std::array<BYTE, 32> frame{};
+        EXPECT_EQ(m_Engine.MixFrame({frame.data(), 32, {format_code::RGB32, 8, -1, 0}}, {8, 1}, times), S_OK);
+        std::array<int, 8> pixels{};
+        for (std::size_t i = 0; i < 8; ++i)
+            pixels[i] = frame[4 * i];
+        return pixels;
+    }
+
+    OVERLAY_PROPS PropsOf(Cookie cookie) {
+        OVERLAY_PROPS props;
+        EXPECT_EQ(m_Engine.GetItemProps(cookie, &props), S_OK);
+        SysFreeString(std::exchange(props.bsTextString, nullptr));
+        return props;
+    }
+
+    CRecordingPainter m_Painter;
+    COverlayEngine m_Engine{m_Painter};
+};
+
+TEST_F(FrameCallback, ChangesItsItemOnTheFrameInHand) {
+    const auto move = Callback([](OVERLAY_PROPS& props) {
+        EXPECT_EQ(std::u16string(props.bsTextString), u"item");
+        props.nPosX = 3;
+        return S_OK;
+    });
+    AddWith(move);
+    EXPECT_EQ(Mix(), (std::array<int, 8>{0, 0, 0, 50, 0, 0, 0, 0}));
+
+    m_Engine.RemoveAllItems();
+    AddWith(Callback([](OVERLAY_PROPS& props) {
+        props.bShow = 0;
+        return S_OK;
+    }));
+    EXPECT_EQ(Mix(), (std::array<int, 8>{}));
+    EXPECT_TRUE(m_Engine.IsDirty());
+}
+
+TEST_F(FrameCallback, ShowsAHiddenItem) {
+    const auto callback = Callback([](OVERLAY_PROPS& props) {
+        props.bShow = 1;
+        return S_OK;
+    });
+    const Cookie cookie = AddWith(callback);
+    OVERLAY_PROPS props = PropsOf(cookie);
+    props.bShow = 0;
+    ASSERT_EQ(m_Engine.SetItemProps(cookie, &props, 0), S_OK);
+    EXPECT_EQ(Mix()[0], 50);
+}
+
+TEST_F(FrameCallback, HasItsChangesDroppedUnlessItSaysOk) {
+    const auto callback = Callback([](OVERLAY_PROPS& props) {
+        props.nPosX = 3;
+        props.bShow = 0;
+        return S_FALSE;
+    });
+    AddWith(callback);
+    EXPECT_EQ(Mix()[0], 50);
+    EXPECT_EQ(Mix()[0], 50);
+    EXPECT_EQ(callback->m_nCalls, 2);
+}
+
+TEST_F(FrameCallback, LosesTheFractionOfAMovementWhenItSaysOk) {
+    HRESULT answer = S_OK;
+    const Cookie cookie = AddWith(Callback([&answer](OVERLAY_PROPS&) { return answer; }));
+    OVERLAY_PROPS props = PropsOf(cookie);
+    props.dblXDelta = 0.25;
+    ASSERT_EQ(m_Engine.SetItemProps(cookie, &props, 0), S_OK);
+    for (int frame = 0; frame < 8; ++frame)
+        Mix();
+    EXPECT_EQ(PropsOf(cookie).nPosX, 0);
+    answer = S_FALSE;
+    for (int frame = 0; frame < 8; ++frame)
+        Mix();
+    EXPECT_EQ(PropsOf(cookie).nPosX, 2);
+}
+
+TEST_F(FrameCallback, IsNotCalledAgainAfterItFailed) {
+    const Script failures[] = {
+        [](OVERLAY_PROPS&) { return E_FAIL; },
+        [](OVERLAY_PROPS&) -> HRESULT { throw std::runtime_error("application"); },
+        [](OVERLAY_PROPS&) { return *reinterpret_cast<volatile HRESULT*>(std::uintptr_t{4096}); },
+    };
+    for (const Script& fail : failures) {
+        m_Engine.RemoveAllItems();
+        const auto callback = Callback([&fail](OVERLAY_PROPS& props) {
+            props.nPosX = 3;
+            return fail(props);
+        });
+        AddWith(callback);
+        EXPECT_EQ(Mix()[0], 50) << "the item stays where it was";
+        EXPECT_EQ(Mix()[0], 50);
+        EXPECT_EQ(callback->m_nCalls, 1);
+        EXPECT_EQ(callback->AddRef(), 2u) << "the item has given its reference back";
+        callback->Release();
+    }
+}
+
+TEST_F(FrameCallback, IsToldTheTimesThatTheFrameHas) {
+    const auto callback = Callback([](OVERLAY_PROPS&) { return S_FALSE; });
+    AddWith(callback);
+    Mix();
+    EXPECT_FALSE(callback->m_Told.start || callback->m_Told.stop || callback->m_Told.mediaStart ||
+                 callback->m_Told.mediaEnd);
+    Mix({.mediaStart = {}, .mediaEnd = {}, .start = 400000, .stop = {}});
+    EXPECT_EQ(callback->m_Told.start, 400000);
+    EXPECT_FALSE(callback->m_Told.stop);
+    Mix({.mediaStart = 7, .mediaEnd = 8, .start = 1, .stop = 2});
+    EXPECT_EQ(callback->m_Told.mediaStart, 7);
+    EXPECT_EQ(callback->m_Told.mediaEnd, 8);
+    EXPECT_EQ(callback->m_Told.stop, 2);
+}
+
+TEST_F(FrameCallback, MayReplaceItsText) {
+    const Cookie cookie = AddWith(Callback([](OVERLAY_PROPS& props) {
+        SysFreeString(props.bsTextString);
+        props.bsTextString = SysAllocString(u"renamed");
+        return S_OK;
+    }));
+    Mix();
+    OVERLAY_PROPS props;
+    ASSERT_EQ(m_Engine.GetItemProps(cookie, &props), S_OK);
+    EXPECT_EQ(std::u16string(props.bsTextString), u"renamed");
+    SysFreeString(props.bsTextString);
+}
+
+TEST_F(FrameCallback, MayTakeItemsOffTheList) {
+    Cookie removed = 0;
+    const auto remove = Callback([&](OVERLAY_PROPS& props) {
+        m_Engine.RemoveItem2(removed);
+        props.nPosX = 7; // of an item that may be gone
+        return S_OK;
+    });
+    const Cookie own = AddWith(remove, 50);
+    OverlayItem next = FlatItem(format_code::RGB32, {1, 1}, 60);
+    next.props.nPosX = 1;
+    next.SnapToSetPosition();
+    Cookie nextCookie = 0;
+    ASSERT_EQ(m_Engine.AddItem(next, &nextCookie), S_OK);
+
+    removed = own; // the neighbour moves into the place and is drawn there, unchanged
+    EXPECT_EQ(Mix(), (std::array<int, 8>{0, 60, 0, 0, 0, 0, 0, 0}));
+
+    removed = AddWith(remove, 70); // the last of the list
+    EXPECT_EQ(Mix(), (std::array<int, 8>{0, 60, 0, 0, 0, 0, 0, 0}));
+    LONG nCount = 0;
+    m_Engine.GetItemCount2(&nCount);
+    EXPECT_EQ(nCount, 1);
+}
+
+TEST_F(FrameCallback, MayEmptyTheListOrDropItself) {
+    AddWith(Callback([this](OVERLAY_PROPS&) {
+        m_Engine.RemoveAllItems();
+        return E_FAIL;
+    }));
+    EXPECT_EQ(Mix(), (std::array<int, 8>{}));
+
+    Cookie own = 0;
+    own = AddWith(Callback([&](OVERLAY_PROPS&) {
+        m_Engine.SetItemCallback(own, nullptr);
+        return S_FALSE;
+    }));
+    EXPECT_EQ(Mix()[0], 50);
+}
+
+} // namespace
+} // namespace vellumcaster

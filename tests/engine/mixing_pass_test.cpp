@@ -1,0 +1,233 @@
+#include "engine/vellumcaster_filter.h"
+#include "support/allocation_counter.h"
+#include "support/fake_graph.h"
+#include "support/flat_item.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace vellumcaster {
+namespace {
+
+using namespace testing_support;
+using namespace format_code;
+using Bytes = std::vector<BYTE>;
+
+constexpr BYTE nFrame = 10;   ///< what comes in
+constexpr BYTE nOverlay = 90; ///< what the item draws
+
+/// The filter between two plain pins. The input frame is 4 x 2 top-down RGB32; an item of 2 x 2 lies on its left.
+class MixingPass : public testing::Test {
+protected:
+    MixingPass() {
+        m_spIn->m_pfConnected = {RGB32, 4, -2, 4};
+        m_spOut->m_pfConnected = m_spIn->m_pfConnected;
+        m_spOut->m_spMemInput = m_spDownstream.Get();
+        m_spOut->m_spAllocOut = m_spAllocator.Get();
+        m_spAllocator->m_spSample = m_spOutputSample.Get();
+    }
+
+    void AddItem() { EXPECT_EQ(m_Filter.Engine().AddItem(FlatItem(RGB32, {2, 2}, nOverlay), nullptr), S_OK); }
+
+    HRESULT Send() { return m_Filter.Filter_SendSample(0, m_spInputSample.Get()); }
+
+    /// A frame of two rows, given by the first byte of each pixel.
+    static Bytes Frame(std::initializer_list<BYTE> pixels) {
+        Bytes frame;
+        for (const BYTE pixel : pixels)
+            frame.insert(frame.end(), 4, pixel);
+        return frame;
+    }
+
+    const Bytes m_Plain = Frame({10, 10, 10, 10, 10, 10, 10, 10});
+    const Bytes m_Mixed = Frame({90, 90, 10, 10, 90, 90, 10, 10});
+
+    Bytes m_Input = Bytes(32, nFrame);
+    Bytes m_Output = Bytes(32, 0);
+    CHandPaintedItems m_Painter;
+    CComPtr<CPlainInputPin> m_spIn = MakeCounted<CPlainInputPin>();
+    CComPtr<CPlainOutputPin> m_spOut = MakeCounted<CPlainOutputPin>();
+    CComPtr<CPlainSample> m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 32);
+    CComPtr<CPlainSample> m_spOutputSample = MakeCounted<CPlainSample>(m_Output.data(), 32);
+    CComPtr<COneSampleAllocator> m_spAllocator = MakeCounted<COneSampleAllocator>();
+    HRESULT m_hrDownstream = S_OK;
+    int m_nDelivered = 0;
+    IMediaSample* m_pDelivered = nullptr;
+    CComPtr<CWatchingPin> m_spDownstream = MakeCounted<CWatchingPin>([this](IMediaSample& sample) {
+        ++m_nDelivered;
+        m_pDelivered = &sample;
+        return m_hrDownstream;
+    });
+    CCoVellumcaster m_Filter{m_Painter, m_spIn, m_spOut};
+};
+
+MemoryType SaysSystem(const BYTE*, LONG) { return MemoryType::System; }
+MemoryType SaysVideo(const BYTE*, LONG) { return MemoryType::Video; }
+MemoryType SaysUnknown(const BYTE*, LONG) { return MemoryType::Unknown; }
+
+TEST_F(MixingPass, ChoosesTheBufferByAllocatorsAndMemory) {
+    enum class MixedIn { Input, Output, Extra };
+    const struct {
+        const char* pszName;
+        bool bSeparated, bReadOnly;
+        MemoryProbe probe;
+        bool bExtraBuffer;
+        MixedIn mixedIn;
+        MemoryType typeAfter;
+    } paths[] = {
+        {"through-pass", false, false, SaysVideo, true, MixedIn::Input, MemoryType::System},
+        {"through-pass, read-only", false, true, SaysVideo, true, MixedIn::Input, MemoryType::System},
+        {"separated, writable", true, false, SaysVideo, true, MixedIn::Input, MemoryType::Unknown},
+        {"separated, read-only, system", true, true, SaysSystem, true, MixedIn::Output, MemoryType::System},
+        {"separated, read-only, video", true, true, SaysVideo, true, MixedIn::Extra, MemoryType::Video},
+        {"separated, read-only, unknown", true, true, SaysUnknown, true, MixedIn::Extra, MemoryType::Unknown},
+        {"separated, read-only, unmeasured", true, true, nullptr, true, MixedIn::Extra, MemoryType::Unknown},
+        {"separated, video, no extra buffer", true, true, SaysVideo, false, MixedIn::Output,
+         MemoryType::Video},
+    };
+    AddItem();
+    for (const auto& path : paths) {
+        SCOPED_TRACE(path.pszName);
+        m_Input = m_Plain;
+        m_Output.assign(32, 0);
+        CVirtualBlob& extra = m_spOut->m_blobExtra;
+        ASSERT_EQ(extra.Alloc(path.bExtraBuffer ? 32 : 0, true, 0), S_OK);
+        m_Filter.m_bSeparated = path.bSeparated;
+        m_Filter.m_nMemoryType = MemoryType::Unknown;
+        m_Filter.m_pfnDetectMemoryType = path.probe;
+        m_spIn->m_bReadOnly = path.bReadOnly;
+
+        EXPECT_EQ(Send(), S_OK);
+        EXPECT_EQ(m_Input, path.mixedIn == MixedIn::Input ? m_Mixed : m_Plain);
+        EXPECT_EQ(m_Output, path.bSeparated ? m_Mixed : Bytes(32, 0));
+        const Bytes expectedExtra = path.mixedIn == MixedIn::Extra ? m_Mixed : Bytes(extra.Size(), 0);
+        EXPECT_EQ(Bytes(extra.Data(), extra.Data() + extra.Size()), expectedExtra);
+        EXPECT_EQ(m_Filter.m_nMemoryType, path.typeAfter);
+        EXPECT_EQ(m_pDelivered, path.bSeparated ? m_spOutputSample.Get() : m_spInputSample.Get());
+        EXPECT_EQ(m_spAllocator->m_bAskedPlainly, path.bSeparated);
+    }
+}
+
+TEST_F(MixingPass, BringsTheOutputsGeometryAndRowOrderIn) {
+    AddItem();
+    m_spOut->m_pfConnected = {RGB32, 3, 2, 4}; // bottom-up, a column less
+    m_Filter.m_bSeparated = true;
+    const Bytes expected = Frame({90, 90, 10, 0, 90, 90, 10, 0});
+    for (const bool bReadOnly : {false, true}) {
+        m_Input = m_Plain;
+        m_Output.assign(32, 0);
+        m_spIn->m_bReadOnly = bReadOnly;
+        EXPECT_EQ(Send(), S_OK);
+        EXPECT_EQ(m_Output, expected);
+    }
+}
+
+TEST_F(MixingPass, CarriesTheSamplesPropertiesOver) {
+    m_Filter.m_bSeparated = true;
+    REFERENCE_TIME start = 1000;
+    REFERENCE_TIME stop = 2000;
+    m_spInputSample->SetTime(&start, &stop);
+    m_spInputSample->SetDiscontinuity(1);
+    m_spOutputSample->SetActualDataLength(5);
+    ASSERT_EQ(Send(), S_OK);
+    REFERENCE_TIME readStart = 0;
+    REFERENCE_TIME readStop = 0;
+    EXPECT_EQ(m_spOutputSample->GetTime(&readStart, &readStop), S_OK);
+    EXPECT_EQ(readStop, 2000);
+    EXPECT_EQ(m_spOutputSample->IsDiscontinuity(), S_OK);
+    EXPECT_EQ(m_spOutputSample->GetActualDataLength(), 32);
+    EXPECT_EQ(m_Output, m_Plain) << "an empty list still copies the frame";
+}
+
+TEST_F(MixingPass, ComputesALengthThatIsMissing) {
+    AddItem();
+    m_spInputSample->SetActualDataLength(0);
+    EXPECT_EQ(Send(), S_OK);
+    EXPECT_EQ(m_spInputSample->GetActualDataLength(), 32);
+    EXPECT_EQ(m_Input, m_Mixed);
+}
+
+TEST_F(MixingPass, PassesOnWhatDownstreamAnswers) {
+    for (const HRESULT hr : {S_OK, S_FALSE, E_FAIL, VFW_E_NOT_COMMITTED}) {
+        m_hrDownstream = hr;
+        EXPECT_EQ(Send(), hr);
+    }
+    m_spOut->m_spMemInput.Reset();
+    EXPECT_EQ(Send(), E_INVALIDARG);
+}
+
+TEST_F(MixingPass, DropsAFrameThatItCannotGet) {
+    EXPECT_EQ(m_Filter.Filter_SendSample(0, nullptr), E_INVALIDARG);
+    m_Filter.m_bSeparated = true;
+    m_spAllocator->m_hr = VFW_E_NOT_COMMITTED;
+    EXPECT_EQ(Send(), VFW_E_NOT_COMMITTED);
+    m_spAllocator->m_hr = S_OK;
+    m_spAllocator->m_spSample = MakeCounted<CPlainSample>(nullptr, 32).Get();
+    EXPECT_EQ(Send(), S_OK) << "no buffer and no error: dropped without a word";
+    m_spAllocator->m_spSample.Reset();
+    EXPECT_EQ(Send(), E_UNEXPECTED);
+    m_spOut->m_spAllocOut.Reset();
+    EXPECT_EQ(Send(), E_INVALIDARG);
+    m_Filter.m_bSeparated = false;
+    m_spInputSample = MakeCounted<CPlainSample>(nullptr, 32);
+    EXPECT_EQ(Send(), S_OK);
+    EXPECT_EQ(m_nDelivered, 0);
+}
+
+TEST_F(MixingPass, NeverWritesBeyondASampleThatIsTooSmall) {
+    AddItem();
+    m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 31);
+    EXPECT_EQ(Send(), S_OK) << "the frame goes on as it stands";
+    EXPECT_EQ(m_Input, m_Plain);
+
+    m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 32);
+    m_Filter.m_bSeparated = true;
+    m_spAllocator->m_spSample = MakeCounted<CPlainSample>(m_Output.data(), 16).Get();
+    for (const bool bReadOnly : {false, true}) {
+        m_spIn->m_bReadOnly = bReadOnly;
+        EXPECT_EQ(Send(), S_OK);
+        EXPECT_EQ(m_Output, Bytes(32, 0));
+    }
+    EXPECT_EQ(m_nDelivered, 3);
+}
+
+TEST_F(MixingPass, ReleasesTheItemLockBeforeItDelivers) {
+    bool bFree = false;
+    m_spOut->m_spMemInput = MakeCounted<CWatchingPin>([&](IMediaSample&) {
+                                std::thread([&] {
+                                    LONG nCount = 0;
+                                    bFree = m_Filter.Engine().GetItemCount2(&nCount) == S_OK;
+                                }).join();
+                                return S_OK;
+                            }).Get();
+    EXPECT_EQ(Send(), S_OK);
+    EXPECT_TRUE(bFree);
+}
+
+TEST_F(MixingPass, AllocatesNothingOnTheFramePath) {
+    AddItem();
+    OverlayItem moving = FlatItem(RGB32, {2, 2}, nOverlay, 128);
+    moving.props.dblXDelta = 0.5;
+    moving.props.bNoOffscreen = 1;
+    ASSERT_EQ(m_Filter.Engine().AddItem(moving, nullptr), S_OK);
+    ASSERT_EQ(m_spOut->m_blobExtra.Alloc(32, true, 0), S_OK);
+    for (const bool bSeparated : {false, true}) {
+        for (const bool bReadOnly : {false, true}) {
+            m_Filter.m_bSeparated = bSeparated;
+            m_spIn->m_bReadOnly = bReadOnly;
+            ASSERT_EQ(Send(), S_OK);
+            const CAllocationCounter counter;
+            for (int frame = 0; frame < 100; ++frame)
+                Send();
+            EXPECT_EQ(counter.Count(), bTracing ? counter.Count() : 0u);
+        }
+    }
+    const CAllocationCounter counter;
+    Bytes proof(1);
+    EXPECT_EQ(counter.Count(), 1u) << "the counter sees allocations";
+}
+
+} // namespace
+} // namespace vellumcaster

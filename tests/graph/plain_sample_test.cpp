@@ -1,0 +1,87 @@
+#include "graph/plain/plain_sample.h"
+#include "graph/sample_properties.h"
+#include "graph/seh_calls.h"
+#include "support/fake_graph.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <stdexcept>
+
+namespace vellumcaster {
+namespace {
+
+TEST(PlainSample, AnswersItsTimesAsFarAsItHasThem) {
+    const auto sp = MakeCounted<CPlainSample>(nullptr, 0);
+    REFERENCE_TIME start = 100;
+    REFERENCE_TIME stop = 200;
+    REFERENCE_TIME readStart = 0;
+    REFERENCE_TIME readStop = 0;
+    EXPECT_EQ(sp->GetTime(&readStart, &readStop), VFW_E_SAMPLE_TIME_NOT_SET);
+    EXPECT_EQ(sp->SetTime(nullptr, &stop), E_INVALIDARG);
+    EXPECT_EQ(sp->SetTime(&start, nullptr), S_OK);
+    EXPECT_EQ(sp->GetTime(&readStart, &readStop), VFW_S_NO_STOP_TIME);
+    EXPECT_EQ(readStop, 101);
+    EXPECT_EQ(sp->SetTime(&start, &stop), S_OK);
+    EXPECT_EQ(sp->GetTime(&readStart, &readStop), S_OK);
+    EXPECT_EQ(readStop, 200);
+    EXPECT_EQ(sp->SetTime(nullptr, nullptr), S_OK);
+    EXPECT_EQ(sp->GetTime(&readStart, &readStop), VFW_E_SAMPLE_TIME_NOT_SET);
+    EXPECT_EQ(sp->SetMediaTime(&start, nullptr), E_INVALIDARG);
+}
+
+TEST(PlainSample, HoldsNoMoreDataThanItsBuffer) {
+    std::array<BYTE, 8> buffer{};
+    const auto sp = MakeCounted<CPlainSample>(buffer.data(), 8);
+    EXPECT_EQ(sp->SetActualDataLength(9), VFW_E_BUFFER_OVERFLOW);
+    EXPECT_EQ(sp->SetActualDataLength(-1), VFW_E_BUFFER_OVERFLOW);
+    EXPECT_EQ(sp->GetActualDataLength(), 8);
+    EXPECT_EQ(sp->SetActualDataLength(0), S_OK);
+    EXPECT_EQ(sp->GetActualDataLength(), 0);
+}
+
+TEST(SampleProperties, CarryOverWhatTheSourceHas) {
+    const auto spSrc = MakeCounted<CPlainSample>(nullptr, 0);
+    const auto spDst = MakeCounted<CPlainSample>(nullptr, 0);
+    LONGLONG a = 5;
+    LONGLONG b = 9;
+    spSrc->SetTime(&a, nullptr);
+    spSrc->SetMediaTime(&a, &b);
+    spSrc->SetSyncPoint(0);
+    spSrc->SetPreroll(1);
+    spSrc->SetDiscontinuity(1);
+    ASSERT_EQ(CopySampleProperties(*spDst, *spSrc), S_OK);
+    LONGLONG readA = 0;
+    LONGLONG readB = 0;
+    EXPECT_EQ(spDst->GetTime(&readA, &readB), VFW_S_NO_STOP_TIME);
+    EXPECT_EQ(readA, 5);
+    EXPECT_EQ(spDst->GetMediaTime(&readA, &readB), S_OK);
+    EXPECT_EQ(readB, 9);
+    EXPECT_EQ(spDst->IsSyncPoint(), S_FALSE);
+    EXPECT_EQ(spDst->IsPreroll(), S_OK);
+    EXPECT_EQ(spDst->IsDiscontinuity(), S_OK);
+}
+
+TEST(GuardedCall, TurnsAFaultIntoAResult) {
+    enum class Do { Answer, Throw, Fault };
+    Do what = Do::Answer;
+    const auto spPin = MakeCounted<testing_support::CWatchingPin>([&what](IMediaSample&) -> HRESULT {
+        if (what == Do::Throw) throw std::runtime_error("downstream");
+        if (what == Do::Fault) *reinterpret_cast<volatile int*>(std::uintptr_t{4096}) = 1; // never mapped
+        return S_FALSE;
+    });
+    const auto spSample = MakeCounted<CPlainSample>(nullptr, 0);
+    EXPECT_EQ(SEH_IMemInputPin::Receive(nullptr, spSample.Get()), E_INVALIDARG);
+    EXPECT_EQ(SEH_IMemInputPin::Receive(spPin.Get(), spSample.Get()), S_FALSE);
+    what = Do::Throw;
+    EXPECT_EQ(SEH_IMemInputPin::Receive(spPin.Get(), spSample.Get()), E_UNEXPECTED);
+    what = Do::Fault;
+    EXPECT_EQ(SEH_IMemInputPin::Receive(spPin.Get(), spSample.Get()), E_UNEXPECTED);
+    what = Do::Answer;
+    EXPECT_EQ(SEH_IMemInputPin::Receive(spPin.Get(), spSample.Get()), S_FALSE);
+    EXPECT_EQ(SEH_IMemAllocator::GetBuffer(nullptr, nullptr, nullptr, nullptr, 0), E_INVALIDARG);
+}
+
+} // namespace
+} // namespace vellumcaster

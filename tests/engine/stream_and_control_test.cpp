@@ -17,7 +17,7 @@ using namespace testing_support;
 // A stream runs while two threads add, change, reorder and remove items. What is checked is that every frame holds
 // only whole items, and, under the thread sanitizer, that no access is unordered.
 TEST(StreamAndControl, MayRunAtTheSameTime) {
-    constexpr int nFrames = 400;
+    constexpr int nFrames = 3000;
     constexpr LONG width = 64;
     CHandPaintedItems painter;
     auto spIn = MakeCounted<CPlainInputPin>();

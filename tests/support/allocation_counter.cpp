@@ -6,7 +6,6 @@
 #include <limits>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#include <sanitizer/allocator_interface.h>
 #define VELLUM_SANITIZER_OWNS_MALLOC 1
 #else
 #define VELLUM_SANITIZER_OWNS_MALLOC 0
@@ -33,6 +32,10 @@ thread_local bool t_bFailed = false;
 } // namespace
 
 #if VELLUM_SANITIZER_OWNS_MALLOC
+
+// Of the sanitizers' run-time library, whose header is not everywhere where the library is.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*, std::size_t),
+                                                         void (*onFree)(const volatile void*));
 
 namespace {
 

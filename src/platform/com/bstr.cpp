@@ -45,7 +45,7 @@ DWORD SysStringLen(BSTR bs) {
     if (!bs) return 0;
     DWORD cbText = 0;
     std::memcpy(&cbText, BlockOf(bs), cbLengthPrefix);
-    return cbText / sizeof(OLECHAR);
+    return cbText / static_cast<DWORD>(sizeof(OLECHAR));
 }
 
 HRESULT CBstr::Assign(BSTR bs) {

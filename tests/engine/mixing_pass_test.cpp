@@ -1,4 +1,5 @@
 #include "engine/vellumcaster_filter.h"
+#include "platform/kernel/trace.h"
 #include "support/allocation_counter.h"
 #include "support/fake_graph.h"
 #include "support/flat_item.h"
@@ -207,6 +208,7 @@ TEST_F(MixingPass, ReleasesTheItemLockBeforeItDelivers) {
 }
 
 TEST_F(MixingPass, AllocatesNothingOnTheFramePath) {
+    if (bTracing) GTEST_SKIP() << "a line of diagnosis is put together in memory";
     AddItem();
     OverlayItem moving = FlatItem(RGB32, {2, 2}, nOverlay, 128);
     moving.props.dblXDelta = 0.5;
@@ -221,7 +223,7 @@ TEST_F(MixingPass, AllocatesNothingOnTheFramePath) {
             const CAllocationCounter counter;
             for (int frame = 0; frame < 100; ++frame)
                 Send();
-            EXPECT_EQ(counter.Count(), bTracing ? counter.Count() : 0u);
+            EXPECT_EQ(counter.Count(), 0u);
         }
     }
     const CAllocationCounter counter;

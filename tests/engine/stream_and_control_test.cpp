@@ -60,7 +60,7 @@ TEST(StreamAndControl, MayRunAtTheSameTime) {
     std::thread first(control, BYTE{100});
     std::thread second(control, BYTE{200});
     const auto spSample = MakeCounted<CPlainSample>(frame.data(), static_cast<LONG>(frame.size()));
-    for (int i = 0; i < nFrames || nCallbacks == 0; ++i)
+    for (int i = 0; i < nFrames || nCallbacks < nFrames; ++i)
         EXPECT_EQ(filter.Filter_SendSample(0, spSample.Get()), S_OK);
     bRunning = false;
     first.join();

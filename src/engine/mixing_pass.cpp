@@ -13,7 +13,6 @@
 #include "platform/kernel/trace.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace vellumcaster {
 
@@ -50,10 +49,6 @@ void CopyWholeFrame(const FrameBuffer& src, const FrameBuffer& dst) {
 }
 
 } // namespace
-
-CCoVellumcaster::CCoVellumcaster(IItemPainter& painter, CComPtr<CPlainInputPin> spIn,
-                                 CComPtr<CPlainOutputPin> spOut)
-    : m_Engine(painter), m_spIn(std::move(spIn)), m_spOut(std::move(spOut)) {}
 
 HRESULT CCoVellumcaster::Filter_SendSample(int /*nPinIndex*/, IMediaSample* pSample) {
     if (!pSample) return E_INVALIDARG;

@@ -74,6 +74,12 @@ HRESULT COverlayEngine::ChangeItemOrder(Cookie nCookie, LONG nChange) {
     return S_OK;
 }
 
+void COverlayEngine::PrepareItems() {
+    CAutoLock lock(m_csItems);
+    for (LONG i = 0; i < m_Items.Count(); ++i)
+        m_Painter.PrepareImage(m_Items.At(i));
+}
+
 void COverlayEngine::ResetItemForRun() {
     CAutoLock lock(m_csItems);
     for (LONG i = 0; i < m_Items.Count(); ++i) {

@@ -61,6 +61,10 @@ public:
     /// \return S_OK; S_FALSE for a change of 0; E_INVALIDARG for an unknown cookie.
     HRESULT ChangeItemOrder(Cookie nCookie, LONG nChange);
 
+    /// Builds the planes of every item, in list order, for a stream's format that has just become known. An item
+    /// that cannot be prepared stays without planes and is not drawn.
+    void PrepareItems();
+
     /// Before a stream starts: counters at their start, exact positions at the set ones, clocks to be anchored.
     void ResetItemForRun();
 

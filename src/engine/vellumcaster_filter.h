@@ -25,6 +25,11 @@ public:
 
     [[nodiscard]] COverlayEngine& Engine() { return m_Engine; }
 
+    /// The engine's share of a pin's new connection: for the input pin (0) all items are prepared in its format,
+    /// for the output pin (1) the kind of the output's memory has to be found out anew.
+    /// \return S_OK; E_ABORT for any other index.
+    HRESULT Filter_CompleteConnect(int nPinIndex);
+
     /// Takes one frame through the filter: chooses the buffer to mix in, draws the items, copies where that is
     /// needed and delivers. Called by the input pin, one frame at a time, on upstream's thread. The item lock is
     /// held while the frame is mixed and copied, and free before it is delivered.

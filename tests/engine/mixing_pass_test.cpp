@@ -142,6 +142,24 @@ TEST_F(MixingPass, CarriesTheSamplesPropertiesOver) {
     EXPECT_EQ(m_Output, m_Plain) << "an empty list still copies the frame";
 }
 
+TEST_F(MixingPass, MeasuresTheOutputsMemoryOnceAConnection) {
+    static int nMeasured = 0;
+    m_Filter.m_bSeparated = true;
+    m_spIn->m_bReadOnly = true;
+    m_Filter.m_pfnDetectMemoryType = [](const BYTE*, LONG cb) {
+        nMeasured += cb == 32;
+        return MemoryType::System;
+    };
+    Send();
+    Send();
+    EXPECT_EQ(nMeasured, 1);
+    EXPECT_EQ(m_Filter.Filter_CompleteConnect(1), S_OK);
+    Send();
+    EXPECT_EQ(nMeasured, 2);
+    EXPECT_EQ(m_Filter.Filter_CompleteConnect(0), S_OK);
+    EXPECT_EQ(m_Filter.Filter_CompleteConnect(2), E_ABORT);
+}
+
 TEST_F(MixingPass, ComputesALengthThatIsMissing) {
     AddItem();
     m_spInputSample->SetActualDataLength(0);

@@ -166,6 +166,14 @@ TEST_F(OverlayEngine, AnswersTheDrawingOfAChangedTextAlone) {
     EXPECT_EQ(m_Engine.SetItemProps(cookie, &props, 0), E_FAIL);
 }
 
+TEST_F(OverlayEngine, PreparesEveryItemForANewFormat) {
+    Add(TextItem(eText, u"a"));
+    Add(TextItem(eImage, u"b"));
+    m_Painter.m_hrDrawing = E_NOTIMPL;
+    m_Engine.PrepareItems();
+    EXPECT_EQ(m_Painter.TakeJournal(), "prepare prepare");
+}
+
 TEST_F(OverlayEngine, UpdatesHiddenItemsAndMixesShownOnes) {
     OverlayItem shown = FlatItem(format_code::RGB32, {2, 2}, 100);
     OverlayItem hidden = FlatItem(format_code::RGB32, {2, 2}, 200);

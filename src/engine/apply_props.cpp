@@ -11,8 +11,7 @@ bool ColorsDiffer(const OVERLAY_PROPS& a, const OVERLAY_PROPS& b) {
 }
 
 bool ColorAlphasDiffer(const OVERLAY_PROPS& a, const OVERLAY_PROPS& b) {
-    return AlphaByte(a.lForeColor) != AlphaByte(b.lForeColor) ||
-           AlphaByte(a.lBackColor) != AlphaByte(b.lBackColor) ||
+    return AlphaByte(a.lForeColor) != AlphaByte(b.lForeColor) || AlphaByte(a.lBackColor) != AlphaByte(b.lBackColor) ||
            AlphaByte(a.lOutColor) != AlphaByte(b.lOutColor);
 }
 

@@ -49,8 +49,7 @@ void ItemMap::SwapRecords(LONG a, LONG b) { std::swap(At(a), At(b)); }
 
 Cookie ItemMap::ChooseCookie(const OverlayItem& item) const {
     const CVirtualBlob& plane = item.layerFore.planeColor;
-    auto candidate =
-        plane.IsEmpty() ? DWORD{0} : static_cast<DWORD>(reinterpret_cast<std::uintptr_t>(plane.Data()));
+    auto candidate = plane.IsEmpty() ? DWORD{0} : static_cast<DWORD>(reinterpret_cast<std::uintptr_t>(plane.Data()));
     while (Find(static_cast<Cookie>(candidate)) >= 0)
         ++candidate;
     return static_cast<Cookie>(candidate);

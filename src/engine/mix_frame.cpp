@@ -27,15 +27,13 @@ void MixItem(const OverlayItem& item, const FrameBuffer& frame) {
     const RECT rcDest = PlaceItem(frame.desc.dwFormat, item.sizeItem, item.props.nPosX, item.props.nPosY);
     const PictureFormat descItem = OverlayFormat(frame.desc.dwFormat, item.sizeItem);
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "[MIX] %dx%d %s with %dx%d Pos:%d,%d\n",
-                      frame.desc.nWidth, frame.desc.nHeight,
-                      CPictureFormats::NameFromFormat(frame.desc.dwFormat), item.sizeItem.cx,
-                      item.sizeItem.cy, rcDest.left, rcDest.top);
+                      frame.desc.nWidth, frame.desc.nHeight, CPictureFormats::NameFromFormat(frame.desc.dwFormat),
+                      item.sizeItem.cx, item.sizeItem.cy, rcDest.left, rcDest.top);
     for (const auto member : mixingOrder) {
         const OverlayLayer& layer = item.*member;
         if (!layer.TakesPartInMixing()) continue;
-        const HRESULT hr =
-            CPictureFormats::MixBlockAlpha(layer.planeColor.Data(), layer.planeWeight.Data(), frame.pData,
-                                           &descItem, &frame.desc, nullptr, &rcDest);
+        const HRESULT hr = CPictureFormats::MixBlockAlpha(layer.planeColor.Data(), layer.planeWeight.Data(),
+                                                          frame.pData, &descItem, &frame.desc, nullptr, &rcDest);
         if (FAILED(hr)) TraceMixFailure(item, hr);
     }
 }

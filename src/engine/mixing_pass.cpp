@@ -39,9 +39,7 @@ FrameBuffer BufferOf(IMediaSample& sample, BYTE* pData, const PictureFormat& des
     return {pData, ToSize(sample.GetSize()), desc};
 }
 
-bool HoldsItsFrame(const FrameBuffer& frame) {
-    return CPictureFormats::GetBufferSize(frame.desc) <= frame.cb;
-}
+bool HoldsItsFrame(const FrameBuffer& frame) { return CPictureFormats::GetBufferSize(frame.desc) <= frame.cb; }
 
 /// Copies a frame between two buffers that are both as large as their descriptors say.
 void CopyWholeFrame(const FrameBuffer& src, const FrameBuffer& dst) {
@@ -76,9 +74,9 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSampl
     BYTE* pIn = nullptr;
     const HRESULT hr = sample.GetPointer(&pIn);
     if (FAILED(hr) || !pIn) {
-        VELLUM_TRACE_LINE(
-            TraceCategory::General, TraceLevel::Error,
-            "###Err### CCoVellumcaster::Filter_SendSample - pSample->GetPointer() FAILED hr = 0x%08X\n", hr);
+        VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
+                          "###Err### CCoVellumcaster::Filter_SendSample - pSample->GetPointer() FAILED hr = 0x%08X\n",
+                          hr);
         return hr;
     }
     pass.in = BufferOf(sample, pIn, desc);
@@ -88,8 +86,7 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSampl
 }
 
 CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IMediaSample& sample) {
-    HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spOut->m_spAllocOut.Get(), pass.spSampleOut.Put(), nullptr,
-                                              nullptr, 0);
+    HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spOut->m_spAllocOut.Get(), pass.spSampleOut.Put(), nullptr, nullptr, 0);
     if (SUCCEEDED(hr) && !pass.spSampleOut) hr = E_UNEXPECTED;
     if (FAILED(hr)) {
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
@@ -108,8 +105,7 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
     if (FAILED(hr) || !pOut) {
         VELLUM_TRACE_LINE(
             TraceCategory::General, TraceLevel::Error,
-            "###Err### CCoVellumcaster::Filter_SendSample - spSampleOut->GetPointer() FAILED hr = 0x%08X\n",
-            hr);
+            "###Err### CCoVellumcaster::Filter_SendSample - spSampleOut->GetPointer() FAILED hr = 0x%08X\n", hr);
         return hr;
     }
     pass.out = BufferOf(sampleOut, pOut, m_spOut->m_pfConnected);
@@ -122,8 +118,7 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
 
 void CCoVellumcaster::LeaveReadOnlyInput(FramePass& pass) {
     if (m_nMemoryType == MemoryType::Unknown && m_pfnDetectMemoryType)
-        m_nMemoryType =
-            m_pfnDetectMemoryType(pass.out.pData, SaturateToInt32(static_cast<std::int64_t>(pass.cbFrame)));
+        m_nMemoryType = m_pfnDetectMemoryType(pass.out.pData, SaturateToInt32(static_cast<std::int64_t>(pass.cbFrame)));
 
     CVirtualBlob& extra = m_spOut->m_blobExtra;
     const bool bAwayFromOutput = m_nMemoryType != MemoryType::System && !extra.IsEmpty();
@@ -154,12 +149,11 @@ void CCoVellumcaster::MixAndCopy(const FramePass& pass, const FrameTimes& times)
         if (bMixedInInput)
             CopyWholeFrame(pass.in, pass.out);
         else
-            static_cast<void>(SEH_CopyMemory(pass.out.pData, pass.mix.pData,
-                                             std::min({pass.cbFrame, pass.mix.cb, pass.out.cb})));
+            static_cast<void>(
+                SEH_CopyMemory(pass.out.pData, pass.mix.pData, std::min({pass.cbFrame, pass.mix.cb, pass.out.cb})));
     }
-    VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "[MIX FRAME PERF] %dx%d %s - %d ms.\n",
-                      desc.nWidth, desc.nHeight, CPictureFormats::NameFromFormat(desc.dwFormat),
-                      GetTickCount() - tStart);
+    VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "[MIX FRAME PERF] %dx%d %s - %d ms.\n", desc.nWidth,
+                      desc.nHeight, CPictureFormats::NameFromFormat(desc.dwFormat), GetTickCount() - tStart);
 }
 
 } // namespace vellumcaster

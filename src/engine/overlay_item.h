@@ -46,7 +46,7 @@ struct OverlayItem {
 };
 
 /// The layers in the order in which they are mixed.
-inline constexpr OverlayLayer OverlayItem::*mixingOrder[] = {
-    &OverlayItem::layerBack, &OverlayItem::layerOutline, &OverlayItem::layerFore};
+inline constexpr OverlayLayer OverlayItem::*mixingOrder[] = {&OverlayItem::layerBack, &OverlayItem::layerOutline,
+                                                             &OverlayItem::layerFore};
 
 } // namespace vellumcaster

@@ -10,7 +10,6 @@ namespace vellumcaster {
 /// \param pCallback  not null.
 /// \param times  of this call alone: the callback may write through the pointers that it is given.
 /// \return what the callback answers; E_UNEXPECTED when it faulted or threw.
-[[nodiscard]] HRESULT SEH_OnFrameOverlay(IVellumcasterCallback* pCallback, OVERLAY_PROPS* pProps,
-                                         FrameTimes times);
+[[nodiscard]] HRESULT SEH_OnFrameOverlay(IVellumcasterCallback* pCallback, OVERLAY_PROPS* pProps, FrameTimes times);
 
 } // namespace vellumcaster

@@ -4,8 +4,7 @@
 
 namespace vellumcaster {
 
-CCoVellumcaster::CCoVellumcaster(IItemPainter& painter, CComPtr<CPlainInputPin> spIn,
-                                 CComPtr<CPlainOutputPin> spOut)
+CCoVellumcaster::CCoVellumcaster(IItemPainter& painter, CComPtr<CPlainInputPin> spIn, CComPtr<CPlainOutputPin> spOut)
     : m_Engine(painter), m_spIn(std::move(spIn)), m_spOut(std::move(spOut)) {}
 
 HRESULT CCoVellumcaster::Filter_CompleteConnect(int nPinIndex) {

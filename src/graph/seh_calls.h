@@ -13,8 +13,7 @@ namespace vellumcaster {
 /// callee left them.
 /// \param pszTrace  the line to trace after a fault, with one place for its code.
 template <class Interface, class Call>
-[[nodiscard]] HRESULT CallInterfaceGuarded(Interface* p, [[maybe_unused]] const char* pszTrace,
-                                           const Call& call) {
+[[nodiscard]] HRESULT CallInterfaceGuarded(Interface* p, [[maybe_unused]] const char* pszTrace, const Call& call) {
     if (!p) return E_INVALIDARG;
     volatile HRESULT hr = E_INVALIDARG;
     const FaultCode fault = CallGuarded([&] { hr = call(*p); });
@@ -34,14 +33,11 @@ namespace SEH_IMemInputPin {
 
 namespace SEH_IMemAllocator {
 
-[[nodiscard]] inline HRESULT GetBuffer(IMemAllocator* pAllocator, IMediaSample** ppBuffer,
-                                       REFERENCE_TIME* pStartTime, REFERENCE_TIME* pEndTime, DWORD dwFlags) {
+[[nodiscard]] inline HRESULT GetBuffer(IMemAllocator* pAllocator, IMediaSample** ppBuffer, REFERENCE_TIME* pStartTime,
+                                       REFERENCE_TIME* pEndTime, DWORD dwFlags) {
     return CallInterfaceGuarded(
-        pAllocator,
-        "###Err### SEH_IMemAllocator::GetBuffer(ppBuffer, pStartTime, pEndTime, dwFlags): Exception 0x%X\n",
-        [=](IMemAllocator& allocator) {
-            return allocator.GetBuffer(ppBuffer, pStartTime, pEndTime, dwFlags);
-        });
+        pAllocator, "###Err### SEH_IMemAllocator::GetBuffer(ppBuffer, pStartTime, pEndTime, dwFlags): Exception 0x%X\n",
+        [=](IMemAllocator& allocator) { return allocator.GetBuffer(ppBuffer, pStartTime, pEndTime, dwFlags); });
 }
 
 } // namespace SEH_IMemAllocator

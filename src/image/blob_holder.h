@@ -32,9 +32,7 @@ struct TaskMemory {
 
 /// Whole pages, zero-filled when they are fresh.
 struct VirtualMemory {
-    static void* Alloc(std::size_t cb) {
-        return VirtualAlloc(nullptr, cb, MEM_COMMIT, PAGE_EXECUTE_READWRITE);
-    }
+    static void* Alloc(std::size_t cb) { return VirtualAlloc(nullptr, cb, MEM_COMMIT, PAGE_EXECUTE_READWRITE); }
     static void Free(void* p) {
         if (p) VirtualFree(p, 0, MEM_RELEASE);
     }

@@ -7,8 +7,8 @@
 
 namespace vellumcaster::CPictureFormats {
 
-HRESULT CopyBlock(const BYTE* pSrc, BYTE* pDst, const PictureFormat* a, const PictureFormat* b,
-                  const RECT* inA, const RECT* inB) {
+HRESULT CopyBlock(const BYTE* pSrc, BYTE* pDst, const PictureFormat* a, const PictureFormat* b, const RECT* inA,
+                  const RECT* inB) {
     if (!Img_EnsurePrimitives()) return E_UNEXPECTED;
     if (!pSrc || !pDst || !a || !b) return E_INVALIDARG;
     BlockPair block;
@@ -16,8 +16,8 @@ HRESULT CopyBlock(const BYTE* pSrc, BYTE* pDst, const PictureFormat* a, const Pi
     if (hr != S_OK) return hr;
 
     const auto copySlot = [&](std::size_t slot, std::size_t cbRow, LONG nRows) {
-        const RowPair rows{pDst + block.b.starts[slot], pSrc + block.a.starts[slot],
-                           block.b.layout.strides[slot], block.a.layout.strides[slot]};
+        const RowPair rows{pDst + block.b.starts[slot], pSrc + block.a.starts[slot], block.b.layout.strides[slot],
+                           block.a.layout.strides[slot]};
         static_cast<void>(CopyRows(rows, nRows, cbRow));
     };
     const auto width = static_cast<std::size_t>(block.size.cx);

@@ -13,7 +13,7 @@ namespace vellumcaster::CPictureFormats {
 /// \return S_OK; S_FALSE when nothing is left after clipping; E_NOTIMPL for different formats or sizes of the
 ///         block; E_INVALIDARG for a null argument, a refused descriptor, or a rectangle without an inside;
 ///         E_UNEXPECTED when the primitives are not ready.
-HRESULT CopyBlock(const BYTE* pSrc, BYTE* pDst, const PictureFormat* a, const PictureFormat* b,
-                  const RECT* inA, const RECT* inB);
+HRESULT CopyBlock(const BYTE* pSrc, BYTE* pDst, const PictureFormat* a, const PictureFormat* b, const RECT* inA,
+                  const RECT* inB);
 
 } // namespace vellumcaster::CPictureFormats

@@ -18,8 +18,7 @@ constexpr LONG EvenDown(LONG n) { return n & ~1; }
 constexpr LONG EvenUp(LONG n) { return EvenDown(std::min(n, std::numeric_limits<LONG>::max() - 1) + 1); }
 
 RECT DrawIn(const RECT& rc, const PictureFormat& pf) {
-    return {std::max(EvenUp(rc.left), 0), std::max(EvenUp(rc.top), 0),
-            std::min(EvenDown(rc.right), pf.nWidth),
+    return {std::max(EvenUp(rc.left), 0), std::max(EvenUp(rc.top), 0), std::min(EvenDown(rc.right), pf.nWidth),
             std::min(EvenDown(rc.bottom), static_cast<LONG>(RowCount(pf)))};
 }
 
@@ -52,8 +51,7 @@ HRESULT FillBlock(BYTE* pDst, const PictureFormat* pf, std::uint32_t color, cons
     if (rc.left >= rc.right || rc.top >= rc.bottom) return S_FALSE;
 
     std::array<std::uint32_t, 3> offsets{};
-    if (!GetPixelOffset(pf, rc.left, FirstBufferRow(*pf, layout.bBottomUp, rc), offsets.data(), false))
-        return E_FAIL;
+    if (!GetPixelOffset(pf, rc.left, FirstBufferRow(*pf, layout.bBottomUp, rc), offsets.data(), false)) return E_FAIL;
     std::array<BYTE, 4> pixel{};
     std::uint32_t cbPixel = 0;
     if (!ColorToPixel(pf->dwFormat, color, pixel, &cbPixel)) return E_UNEXPECTED;

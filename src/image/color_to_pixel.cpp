@@ -34,9 +34,7 @@ bool CPictureFormats::ColorToPixel(std::uint32_t code, std::uint32_t color, std:
         *pnBytes = static_cast<std::uint32_t>(pixel.size());
         return true;
     };
-    const auto giveWord = [&](int word) {
-        return give({static_cast<BYTE>(word), static_cast<BYTE>(word >> 8)});
-    };
+    const auto giveWord = [&](int word) { return give({static_cast<BYTE>(word), static_cast<BYTE>(word >> 8)}); };
 
     switch (code) {
     case format_code::RGB565: return giveWord((r & 0xF8) << 8 | (g & 0xFC) << 3 | b >> 3);

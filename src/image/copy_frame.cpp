@@ -25,8 +25,7 @@ bool CopyPlanes(const PictureFormat& src, const PictureFormat& dst, const BYTE* 
         const std::ptrdiff_t srcPitch = EffectiveStride(src) / divisor;
         const std::ptrdiff_t dstPitch = EffectiveStride(dst) / divisor;
         const RowPair rows{pDst, pSrc, dstPitch, srcPitch};
-        const bool bCopied =
-            CopyRows(rows, size.height / divisor, static_cast<std::size_t>(size.width / divisor));
+        const bool bCopied = CopyRows(rows, size.height / divisor, static_cast<std::size_t>(size.width / divisor));
         pSrc += RowCount(src) / divisor * srcPitch;
         pDst += RowCount(dst) / divisor * dstPitch;
         return bCopied;
@@ -57,8 +56,7 @@ bool CopySinglePlane(const PictureFormat& src, const PictureFormat& dst, const B
 
 } // namespace
 
-HRESULT CopyFrame(const PictureFormat* pDescSrc, const PictureFormat* pDescDst, const BYTE* pSrc,
-                  BYTE* pDst) {
+HRESULT CopyFrame(const PictureFormat* pDescSrc, const PictureFormat* pDescDst, const BYTE* pSrc, BYTE* pDst) {
     if (!pDescSrc || !pDescDst || !pSrc || !pDst) return E_INVALIDARG;
     if (pDescSrc->dwFormat != pDescDst->dwFormat) return E_FRAME_FORMATS_DIFFER;
     const auto copy = CPictureFormats::IsPlanarFormat(pDescSrc->dwFormat) ? CopyPlanes : CopySinglePlane;

@@ -28,9 +28,7 @@ constexpr std::array<NamedFormat, 12> namedFormats{{
     {"YVU9", format_code::YVU9},
 }};
 
-constexpr OLECHAR ToUpperAscii(OLECHAR c) {
-    return c >= u'a' && c <= u'z' ? static_cast<OLECHAR>(c - u'a' + u'A') : c;
-}
+constexpr OLECHAR ToUpperAscii(OLECHAR c) { return c >= u'a' && c <= u'z' ? static_cast<OLECHAR>(c - u'a' + u'A') : c; }
 
 bool EqualsWithoutCase(std::u16string_view text, std::string_view upperCase) {
     return std::equal(text.begin(), text.end(), upperCase.begin(), upperCase.end(),

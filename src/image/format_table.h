@@ -14,8 +14,8 @@ namespace vellumcaster {
 struct PixelFormatEntry {
     GUID subtype;
     std::uint16_t nBitCount; ///< bits a pixel, over all planes
-    std::uint8_t nSubX; ///< chroma is this many times narrower; a stream's width and stride are multiples
-    std::uint8_t nSubY; ///< chroma is this many times lower; a stream's height is a multiple
+    std::uint8_t nSubX;      ///< chroma is this many times narrower; a stream's width and stride are multiples
+    std::uint8_t nSubY;      ///< chroma is this many times lower; a stream's height is a multiple
     std::uint8_t nDibAlignX; ///< what the width of a bitmap is a multiple of
     std::uint8_t nDibAlignY; ///< what the height of a bitmap is a multiple of
     std::array<std::uint8_t, 3> offsets;
@@ -52,15 +52,13 @@ namespace CPictureFormats {
 /// \param height either sign.
 /// \return E_POINTER for a null `pcb`; E_INVALIDARG for an unknown code, a negative width, or a picture beyond the
 ///         size limits.
-[[nodiscard]] HRESULT GetImageSize(std::uint32_t code, std::int32_t width, std::int32_t height,
-                                   std::uint32_t* pcb);
+[[nodiscard]] HRESULT GetImageSize(std::uint32_t code, std::int32_t width, std::int32_t height, std::uint32_t* pcb);
 
 /// Whether a bitmap header of this geometry can be taken.
 /// \param stride pixels, 0 for the same as `width`.
 /// \return the row of the table; -1 for a width or height of 0, a stride below the width, an unknown code, or a
 ///         side that is no multiple of what the row demands.
-[[nodiscard]] int CheckDibGeometry(std::uint32_t code, std::int32_t width, std::int32_t height,
-                                   std::int32_t stride);
+[[nodiscard]] int CheckDibGeometry(std::uint32_t code, std::int32_t width, std::int32_t height, std::int32_t stride);
 
 } // namespace CPictureFormats
 } // namespace vellumcaster

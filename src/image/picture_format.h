@@ -13,15 +13,13 @@ namespace format_code {
 inline constexpr std::uint32_t ARGB32 = 0x773C9AC0; ///< bytes B, G, R, A
 inline constexpr std::uint32_t RGB32 = 0xE436EB7E;  ///< bytes B, G, R, X
 inline constexpr std::uint32_t RGB24 = 0xE436EB7D;  ///< bytes B, G, R
-inline constexpr std::uint32_t RGB565 =
-    0xE436EB7B; ///< little-endian word: red in bits 15-11, green 10-5, blue 4-0
-inline constexpr std::uint32_t RGB555 =
-    0xE436EB7C; ///< little-endian word: red in bits 14-10, green 9-5, blue 4-0
-inline constexpr std::uint32_t YUY2 = 0x32595559; ///< two pixels: Y0, U, Y1, V
-inline constexpr std::uint32_t YVYU = 0x55595659; ///< two pixels: Y0, V, Y1, U
-inline constexpr std::uint32_t UYVY = 0x59565955; ///< two pixels: U, Y0, V, Y1
-inline constexpr std::uint32_t YV12 = 0x32315659; ///< 4:2:0 in planes Y, V, U
-inline constexpr std::uint32_t I420 = 0x30323449; ///< 4:2:0 in planes Y, U, V
+inline constexpr std::uint32_t RGB565 = 0xE436EB7B; ///< little-endian word: red in bits 15-11, green 10-5, blue 4-0
+inline constexpr std::uint32_t RGB555 = 0xE436EB7C; ///< little-endian word: red in bits 14-10, green 9-5, blue 4-0
+inline constexpr std::uint32_t YUY2 = 0x32595559;   ///< two pixels: Y0, U, Y1, V
+inline constexpr std::uint32_t YVYU = 0x55595659;   ///< two pixels: Y0, V, Y1, U
+inline constexpr std::uint32_t UYVY = 0x59565955;   ///< two pixels: U, Y0, V, Y1
+inline constexpr std::uint32_t YV12 = 0x32315659;   ///< 4:2:0 in planes Y, V, U
+inline constexpr std::uint32_t I420 = 0x30323449;   ///< 4:2:0 in planes Y, U, V
 
 /// Known by name and depth; no picture in one of them is ever processed.
 inline constexpr std::uint32_t RGB8 = 0xE436EB7A;

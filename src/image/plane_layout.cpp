@@ -8,9 +8,7 @@ namespace vellumcaster::CPictureFormats {
 
 namespace {
 
-constexpr std::uint32_t PackedPitch(std::uint32_t stride, std::uint32_t bits) {
-    return (stride * bits / 8 + 3) & ~3u;
-}
+constexpr std::uint32_t PackedPitch(std::uint32_t stride, std::uint32_t bits) { return (stride * bits / 8 + 3) & ~3u; }
 
 bool IsWithinSizeLimits(const PictureFormat& pf, std::uint32_t bits) {
     if (pf.nWidth < 0 || pf.nWidth > nLargestSide || RowCount(pf) > nLargestSide) return false;
@@ -54,8 +52,8 @@ bool GetFormatInfo(const PictureFormat* pf, bool* pbYuv, bool* pbPlanar, std::ui
     return true;
 }
 
-bool GetPlaneLayout(const PictureFormat* pf, std::uint32_t offsets[3], std::uint32_t strides[3],
-                    bool* pbBottomUp, bool bForcePlanar) {
+bool GetPlaneLayout(const PictureFormat* pf, std::uint32_t offsets[3], std::uint32_t strides[3], bool* pbBottomUp,
+                    bool bForcePlanar) {
     bool bYuv = false;
     bool bPlanar = false;
     std::uint32_t bits = 0;
@@ -119,8 +117,8 @@ std::size_t GetBufferSize(const PictureFormat& pf) {
 }
 
 std::size_t GetScratchSize(const PictureFormat& a, const PictureFormat& b) {
-    const auto widest = std::max(
-        {std::int64_t{a.nWidth}, std::int64_t{a.nStride}, std::int64_t{b.nWidth}, std::int64_t{b.nStride}});
+    const auto widest =
+        std::max({std::int64_t{a.nWidth}, std::int64_t{a.nStride}, std::int64_t{b.nWidth}, std::int64_t{b.nStride}});
     return static_cast<std::size_t>(widest * std::max(RowCount(a), RowCount(b)) * 16);
 }
 

@@ -50,8 +50,7 @@ namespace CPictureFormats {
 /// \param x  pixels from the left; even for YUV formats.
 /// \param y  rows from the start of the buffer, not of the picture; even for 4:2:0.
 /// \return false where `GetFormatInfo` refuses.
-[[nodiscard]] bool GetPixelOffset(const PictureFormat* pf, int x, int y, std::uint32_t offsets[3],
-                                  bool bForcePlanar);
+[[nodiscard]] bool GetPixelOffset(const PictureFormat* pf, int x, int y, std::uint32_t offsets[3], bool bForcePlanar);
 
 /// The row from the start of the buffer at which a block of rows of the picture begins: the rectangle's top, or
 /// for a bottom-up picture the row in which its bottom lies.

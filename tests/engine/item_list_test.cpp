@@ -38,8 +38,7 @@ TEST(ItemMap, OwnsADeepCopyOfEachItem) {
 TEST(ItemMap, ClosesTheGapOfARemovedItem) {
     ItemMap items;
     for (Cookie cookie = 0; cookie < 3; ++cookie)
-        ASSERT_EQ(items.Add(cookie, NamedItem(std::u16string(1, static_cast<char16_t>(u'a' + cookie)))),
-                  S_OK);
+        ASSERT_EQ(items.Add(cookie, NamedItem(std::u16string(1, static_cast<char16_t>(u'a' + cookie)))), S_OK);
     EXPECT_EQ(items.Add(1, NamedItem(u"twice")), E_INVALIDARG);
     EXPECT_TRUE(items.Remove(1));
     EXPECT_FALSE(items.Remove(1));

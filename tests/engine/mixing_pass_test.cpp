@@ -85,8 +85,7 @@ TEST_F(MixingPass, ChoosesTheBufferByAllocatorsAndMemory) {
         {"separated, read-only, video", true, true, SaysVideo, true, MixedIn::Extra, MemoryType::Video},
         {"separated, read-only, unknown", true, true, SaysUnknown, true, MixedIn::Extra, MemoryType::Unknown},
         {"separated, read-only, unmeasured", true, true, nullptr, true, MixedIn::Extra, MemoryType::Unknown},
-        {"separated, video, no extra buffer", true, true, SaysVideo, false, MixedIn::Output,
-         MemoryType::Video},
+        {"separated, video, no extra buffer", true, true, SaysVideo, false, MixedIn::Output, MemoryType::Video},
     };
     AddItem();
     for (const auto& path : paths) {

@@ -216,8 +216,7 @@ TEST_F(OverlayEngine, MixesItemsAndLayersFromTheBottomUp) {
 
     BYTE frame[16] = {};
     ASSERT_EQ(m_Engine.MixFrame({frame, 16, {format_code::RGB32, 4, -1, 0}}, {4, 1}, {}), S_OK);
-    EXPECT_EQ((std::vector<BYTE>{frame[0], frame[4], frame[8], frame[12]}),
-              (std::vector<BYTE>{30, 20, 10, 40}));
+    EXPECT_EQ((std::vector<BYTE>{frame[0], frame[4], frame[8], frame[12]}), (std::vector<BYTE>{30, 20, 10, 40}));
 }
 
 TEST_F(OverlayEngine, LeavesOutALayerThatIsNotWhole) {

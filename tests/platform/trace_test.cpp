@@ -37,8 +37,7 @@ TEST(Trace, SurvivesAFormatThatDoesNotFitItsArguments) {
 
 TEST(Trace, EvaluatesItsArgumentsOnlyWhereItIsBuiltIn) {
     static std::string written;
-    const TraceSink earlier =
-        SetTraceSink([](TraceCategory, TraceLevel, std::string_view line) { written += line; });
+    const TraceSink earlier = SetTraceSink([](TraceCategory, TraceLevel, std::string_view line) { written += line; });
     int nEvaluated = 0;
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error, "line %d\n", ++nEvaluated);
     SetTraceSink(earlier);

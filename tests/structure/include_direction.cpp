@@ -23,13 +23,12 @@ constexpr std::array<Layer, 7> layers{{
 }};
 
 /// Headers of the system and of libraries; a header's name starts with one of them.
-constexpr std::array<std::string_view, 13> platformsOwn{
-    "cairo",   "pango",  "Q",     "sqlite3", "gst/",    "sys/",      "unistd.h",
-    "pthread", "thread", "mutex", "fstream", "csignal", "filesystem"};
+constexpr std::array<std::string_view, 13> platformsOwn{"cairo",   "pango",    "Q",         "sqlite3", "gst/",
+                                                        "sys/",    "unistd.h", "pthread",   "thread",  "mutex",
+                                                        "fstream", "csignal",  "filesystem"};
 
 constexpr const Layer* FindLayer(std::string_view folder) {
-    const auto* layer =
-        std::find_if(layers.begin(), layers.end(), [&](const Layer& l) { return l.folder == folder; });
+    const auto* layer = std::find_if(layers.begin(), layers.end(), [&](const Layer& l) { return l.folder == folder; });
     return layer == layers.end() ? nullptr : layer;
 }
 
@@ -58,8 +57,8 @@ std::optional<std::string> JudgeQuoted(std::string_view path, std::string_view n
 
 std::optional<std::string> JudgeAngled(std::string_view path, std::string_view name) {
     const Layer* own = LayerOf(path);
-    const bool bOfTheFilter = path.starts_with("include/") ||
-                              (own && own->rank >= 2 && own->folder != "host" && own->folder != "ui");
+    const bool bOfTheFilter =
+        path.starts_with("include/") || (own && own->rank >= 2 && own->folder != "host" && own->folder != "ui");
     if (bOfTheFilter && StartsWithOneOf(name, platformsOwn)) return "this belongs behind the platform layer";
     return std::nullopt;
 }

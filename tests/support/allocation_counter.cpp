@@ -56,9 +56,7 @@ void* __libc_memalign(std::size_t cbAlign, std::size_t cb);
 void* malloc(std::size_t cb) { return CountOne() ? nullptr : __libc_malloc(cb); }
 void* calloc(std::size_t n, std::size_t cb) { return CountOne() ? nullptr : __libc_calloc(n, cb); }
 void* realloc(void* p, std::size_t cb) { return CountOne() ? nullptr : __libc_realloc(p, cb); }
-void* aligned_alloc(std::size_t cbAlign, std::size_t cb) {
-    return CountOne() ? nullptr : __libc_memalign(cbAlign, cb);
-}
+void* aligned_alloc(std::size_t cbAlign, std::size_t cb) { return CountOne() ? nullptr : __libc_memalign(cbAlign, cb); }
 }
 
 #endif

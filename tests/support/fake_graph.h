@@ -18,8 +18,7 @@ public:
     HRESULT GetProperties(ALLOCATOR_PROPERTIES*) override { return E_NOTIMPL; }
     HRESULT Commit() override { return S_OK; }
     HRESULT Decommit() override { return S_OK; }
-    HRESULT GetBuffer(IMediaSample** ppBuffer, REFERENCE_TIME* pStart, REFERENCE_TIME* pEnd,
-                      DWORD dwFlags) override {
+    HRESULT GetBuffer(IMediaSample** ppBuffer, REFERENCE_TIME* pStart, REFERENCE_TIME* pEnd, DWORD dwFlags) override {
         m_bAskedPlainly = !pStart && !pEnd && dwFlags == 0;
         if (FAILED(m_hr)) return m_hr;
         *ppBuffer = CComPtr<IMediaSample>(m_spSample).Detach();
@@ -35,8 +34,7 @@ public:
 /// A pin downstream that shows each sample to a function and answers what that answers.
 class CWatchingPin final : public CUnknownImpl<IMemInputPin> {
 public:
-    explicit CWatchingPin(std::function<HRESULT(IMediaSample&)> onReceive)
-        : m_onReceive(std::move(onReceive)) {}
+    explicit CWatchingPin(std::function<HRESULT(IMediaSample&)> onReceive) : m_onReceive(std::move(onReceive)) {}
 
     HRESULT GetAllocator(IMemAllocator**) override { return E_NOTIMPL; }
     HRESULT NotifyAllocator(IMemAllocator*, BOOL) override { return E_NOTIMPL; }

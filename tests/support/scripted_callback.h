@@ -20,8 +20,8 @@ class CScriptedCallback final : public CUnknownImpl<IVellumcasterCallback> {
 public:
     explicit CScriptedCallback(std::function<HRESULT(OVERLAY_PROPS&)> script) : m_script(std::move(script)) {}
 
-    HRESULT OnFrameOverlay(OVERLAY_PROPS* pProps, LONGLONG* pllStart, LONGLONG* pllEnd,
-                           REFERENCE_TIME* prtStart, REFERENCE_TIME* prtEnd) override {
+    HRESULT OnFrameOverlay(OVERLAY_PROPS* pProps, LONGLONG* pllStart, LONGLONG* pllEnd, REFERENCE_TIME* prtStart,
+                           REFERENCE_TIME* prtEnd) override {
         ++m_nCalls;
         const auto told = [](const LONGLONG* p) { return p ? std::optional(*p) : std::nullopt; };
         m_Told = {told(pllStart), told(pllEnd), told(prtStart), told(prtEnd)};

@@ -11,8 +11,7 @@ HRESULT CPlainOutputPin::SendSample(IMediaSample* pSample) {
                           "%s: SendSample(): m_spMemInput->Receive()=S_FALSE\n", "[CCoVellumcasterOut]");
     else if (FAILED(hr))
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
-                          "###Err### %s: SendSample(): m_spMemInput->Receive()=0x%X\n",
-                          "[CCoVellumcasterOut]", hr);
+                          "###Err### %s: SendSample(): m_spMemInput->Receive()=0x%X\n", "[CCoVellumcasterOut]", hr);
     return hr;
 }
 

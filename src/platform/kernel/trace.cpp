@@ -41,8 +41,7 @@ std::string Print(const Conversion& conversion, const char* pszLength, T value) 
 
 std::int64_t AsInteger(const TraceArgument& argument) {
     if (const auto* pReal = std::get_if<double>(&argument)) return static_cast<std::int64_t>(*pReal);
-    if (const auto* pUnsigned = std::get_if<std::uint64_t>(&argument))
-        return static_cast<std::int64_t>(*pUnsigned);
+    if (const auto* pUnsigned = std::get_if<std::uint64_t>(&argument)) return static_cast<std::int64_t>(*pUnsigned);
     if (const auto* pSigned = std::get_if<std::int64_t>(&argument)) return *pSigned;
     return 0;
 }

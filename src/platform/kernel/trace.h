@@ -32,9 +32,9 @@ inline constexpr bool bTracing = false;
 
 /// Writes one line of diagnosis: `VELLUM_TRACE_LINE(category, level, format, arguments...)`. Where tracing is not
 /// built in there is no call and no argument is evaluated, so nothing may depend on a trace having run.
-#define VELLUM_TRACE_LINE(...)                                                                               \
-    do {                                                                                                     \
-        if constexpr (::vellumcaster::bTracing) ::vellumcaster::Trace(__VA_ARGS__);                          \
+#define VELLUM_TRACE_LINE(...)                                                                                         \
+    do {                                                                                                               \
+        if constexpr (::vellumcaster::bTracing) ::vellumcaster::Trace(__VA_ARGS__);                                    \
     } while (false)
 
 /// One argument of a trace line. Each fits each conversion: the format says how to print, the type how to read.

@@ -1,0 +1,160 @@
+#include "host/clip_run.h"
+
+#include "engine/vellumcaster_filter.h"
+#include "graph/plain/plain_sample.h"
+#include "host/frame_carrier.h"
+#include "host/output_file.h"
+#include "host/progress_line.h"
+#include "host/refusal.h"
+#include "host/y4m_reader.h"
+#include "image/format_names.h"
+
+#include <algorithm>
+#include <exception>
+#include <functional>
+#include <utility>
+
+namespace vellumcaster {
+
+namespace {
+
+std::string NamesOf(std::span<const std::uint32_t> codes) {
+    std::string names;
+    for (const std::uint32_t code : codes)
+        names += (names.empty() ? "" : ", ") + std::string(CPictureFormats::NameFromFormat(code));
+    return names;
+}
+
+/// The format to mix in, by the name that was asked for.
+std::uint32_t ChoosePixels(const std::string& name, ChromaLayout layout) {
+    const std::span<const std::uint32_t> carried = CFrameCarrier::CarriedFormats(layout);
+    if (name.empty()) return carried.front();
+    const std::u16string wide(name.begin(), name.end());
+    const std::uint32_t code = CPictureFormats::FormatFromName(wide.c_str());
+    if (std::find(carried.begin(), carried.end(), code) != carried.end()) return code;
+    const bool bKnown = !CPictureFormats::NameFromFormat(code).empty();
+    throw Refusal("--pixels " + name + ": " +
+                  (bKnown ? "this clip would have to be converted" : "there is no such pixel format") +
+                  "; as it is, it can be mixed in " + NamesOf(carried));
+}
+
+/// The pin at the end of the filter. What goes wrong behind it is kept, because no exception passes through a pin.
+class CFrameSink final : public CUnknownImpl<IMemInputPin> {
+public:
+    explicit CFrameSink(std::function<void()> onFrame) : m_onFrame(std::move(onFrame)) {}
+
+    HRESULT GetAllocator(IMemAllocator**) override { return E_NOTIMPL; }
+    HRESULT NotifyAllocator(IMemAllocator*, BOOL) override { return E_NOTIMPL; }
+    HRESULT GetAllocatorRequirements(ALLOCATOR_PROPERTIES*) override { return E_NOTIMPL; }
+    HRESULT Receive(IMediaSample*) override {
+        try {
+            m_onFrame();
+            return S_OK;
+        } catch (...) {
+            m_Failure = std::current_exception();
+            return E_FAIL;
+        }
+    }
+    HRESULT ReceiveMultiple(IMediaSample**, LONG, LONG*) override { return E_NOTIMPL; }
+    HRESULT ReceiveCanBlock() override { return S_FALSE; }
+
+    void RethrowFailure() const {
+        if (m_Failure) std::rethrow_exception(m_Failure);
+    }
+
+private:
+    std::function<void()> m_onFrame;
+    std::exception_ptr m_Failure;
+};
+
+/// When a frame is shown, in units of 100 ns from the start of the clip.
+REFERENCE_TIME TimeOfFrame(std::int64_t nFrame, const FrameRate& rate) {
+    constexpr double unitsPerSecond = 1e7;
+    return static_cast<REFERENCE_TIME>(unitsPerSecond * static_cast<double>(nFrame) *
+                                       static_cast<double>(rate.denominator) / static_cast<double>(rate.numerator));
+}
+
+/// One run: a clip, its way through the filter, and where it goes.
+class CClipPass {
+public:
+    CClipPass(const ClipRun& run, CY4mReader& reader, COutputFile& output)
+        : m_Run(run),
+          m_Reader(reader),
+          m_Output(output),
+          m_Carrier(reader.Header(), ChoosePixels(run.pixels, reader.Header().layout)) {
+        m_spIn->m_pfConnected = m_spOut->m_pfConnected = m_Carrier.StreamFormat();
+        m_spOut->m_spMemInput = m_spSink.Get();
+        for (const Panel& panel : run.panels)
+            AddPanel(panel);
+    }
+
+    void Run() {
+        m_Output.Write(m_Reader.HeaderLine() + "\n");
+        CProgressLine progress;
+        const std::span<std::uint8_t> frame = m_Carrier.StreamFrame();
+        const auto spSample = MakeCounted<CPlainSample>(frame.data(), static_cast<LONG>(frame.size()));
+        while (m_Reader.ReadFrame(m_FrameLine, m_Carrier.ClipFrame())) {
+            m_Carrier.ClipToStream();
+            Stamp(*spSample);
+            const HRESULT hr = m_Filter.Filter_SendSample(0, spSample.Get());
+            m_spSink->RethrowFailure();
+            if (FAILED(hr)) throw Refusal("frame " + std::to_string(m_nFrame) + " did not pass the filter");
+            progress.Show(++m_nFrame);
+        }
+    }
+
+    [[nodiscard]] std::int64_t FrameCount() const { return m_nFrame; }
+
+private:
+    void AddPanel(const Panel& panel) {
+        const OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
+        if (FAILED(m_Filter.Engine().AddItem(item, nullptr))) throw Refusal("there is no memory for another panel");
+    }
+
+    void Stamp(IMediaSample& sample) const {
+        if (!m_Reader.Header().rate) return;
+        REFERENCE_TIME start = TimeOfFrame(m_nFrame, *m_Reader.Header().rate);
+        REFERENCE_TIME stop = TimeOfFrame(m_nFrame + 1, *m_Reader.Header().rate);
+        sample.SetTime(&start, &stop);
+    }
+
+    void TakeMixedFrame() {
+        m_Carrier.StreamToClip();
+        m_FrameLine += '\n';
+        m_Output.Write(m_FrameLine);
+        m_Output.Write(m_Carrier.ClipFrame());
+        for (const Snapshot& snapshot : m_Run.snapshots)
+            if (snapshot.nFrame == m_nFrame) WriteSnapshot(snapshot.path, m_Reader.Header(), m_Carrier.ClipFrame());
+    }
+
+    const ClipRun& m_Run;
+    CY4mReader& m_Reader;
+    COutputFile& m_Output;
+    CFrameCarrier m_Carrier;
+    std::int64_t m_nFrame = 0;
+    std::string m_FrameLine;
+    CHandPaintedItems m_Painter;
+    CComPtr<CPlainInputPin> m_spIn = MakeCounted<CPlainInputPin>();
+    CComPtr<CPlainOutputPin> m_spOut = MakeCounted<CPlainOutputPin>();
+    CComPtr<CFrameSink> m_spSink = MakeCounted<CFrameSink>([this] { TakeMixedFrame(); });
+    CCoVellumcaster m_Filter{m_Painter, m_spIn, m_spOut};
+};
+
+} // namespace
+
+void RunClip(const ClipRun& run) {
+    CByteSource source(run.input);
+    CY4mReader reader(source);
+    COutputFile output(run.output);
+    if (output.IsSameFileAs(source.Descriptor())) throw Refusal("the output would overwrite the input " + run.input);
+
+    CClipPass pass(run, reader, output);
+    pass.Run();
+    output.Commit();
+    for (const Snapshot& snapshot : run.snapshots)
+        if (snapshot.nFrame >= pass.FrameCount())
+            throw Refusal("there is no frame " + std::to_string(snapshot.nFrame) + " for " + snapshot.path +
+                          ": the clip has " + std::to_string(pass.FrameCount()));
+}
+
+} // namespace vellumcaster

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "host/panel.h"
+#include "host/snapshot.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vellumcaster {
+
+/// What a run is asked to do.
+struct ClipRun {
+    std::string input = "-";   ///< "-" is standard input
+    std::string output = "-";  ///< "-" is standard output
+    std::vector<Panel> panels; ///< from the bottom of the stack up
+    std::vector<Snapshot> snapshots;
+    std::string pixels; ///< the name of the pixel format to mix in; empty: the clip's own
+};
+
+/// Takes a clip through the filter, frame by frame. A `Refusal` ends it, and then nothing stands under the
+/// output's name that did not stand there before. A snapshot of a frame that the clip does not have is refused when
+/// the output is complete.
+void RunClip(const ClipRun& run);
+
+} // namespace vellumcaster

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -23,6 +24,7 @@ using vellumcaster::Refusal;
 constexpr int nWidth = 1280;
 constexpr int nHeight = 720;
 constexpr int nFrames = 100;
+constexpr std::ptrdiff_t nPixels = std::ptrdiff_t{nWidth} * nHeight;
 constexpr double twoPi = 2 * std::numbers::pi;
 
 struct Rgb {
@@ -110,7 +112,7 @@ void DrawLanterns(cairo_t* pCairo, double t) {
     for (int i = 0; i < nLanterns; ++i) {
         const double own = std::fmod(i * 0.618, 1.0);
         const double x = nWidth * std::fmod(own + 0.05 * t, 1.0) + 14 * std::sin(twoPi * (2 * t + own));
-        const double y = nHeight * (0.95 - std::fmod(0.55 * t + 0.7 * own, 0.85));
+        const double y = nHeight * (0.95 - std::fmod(0.55 * t + 0.754877 * i, 0.85));
         const double radius = 8 + 10 * own;
         DrawGlow(pCairo, x, y, 5 * radius, {1.0, 0.72, 0.35}, 0.5);
         cairo_arc(pCairo, x, y, radius, 0, twoPi);
@@ -131,30 +133,26 @@ void DrawFrame(cairo_t* pCairo, double t) {
 void ToPlanes(cairo_surface_t* pSurface, std::vector<std::uint8_t>& planes) {
     cairo_surface_flush(pSurface);
     const unsigned char* pPixels = cairo_image_surface_get_data(pSurface);
-    const int pitch = cairo_image_surface_get_stride(pSurface);
+    const std::ptrdiff_t pitch = cairo_image_surface_get_stride(pSurface);
     std::uint8_t* pY = planes.data();
-    std::uint8_t* pU = pY + nWidth * nHeight;
-    std::uint8_t* pV = pU + nWidth * nHeight / 4;
+    std::uint8_t* pU = pY + nPixels;
+    std::uint8_t* pV = pU + nPixels / 4;
+    const auto luma = [](const Rgb& c) { return 0.2126 * c.r + 0.7152 * c.g + 0.0722 * c.b; };
     const auto code = [](double value) { return static_cast<std::uint8_t>(std::lround(value)); };
-    for (int y = 0; y < nHeight; y += 2) {
-        for (int x = 0; x < nWidth; x += 2) {
-            double r = 0;
-            double g = 0;
-            double b = 0;
+    for (std::ptrdiff_t y = 0; y < nHeight; y += 2) {
+        for (std::ptrdiff_t x = 0; x < nWidth; x += 2) {
+            Rgb mean{};
             for (const int i : {0, 1, 2, 3}) {
-                const int row = y + i / 2;
-                const int column = x + i % 2;
+                const std::ptrdiff_t row = y + i / 2;
+                const std::ptrdiff_t column = x + i % 2;
                 const unsigned char* pPixel = pPixels + row * pitch + column * 4;
-                pY[row * nWidth + column] =
-                    code(16 + (0.2126 * pPixel[2] + 0.7152 * pPixel[1] + 0.0722 * pPixel[0]) * 219 / 255);
-                b += pPixel[0] / 4.0;
-                g += pPixel[1] / 4.0;
-                r += pPixel[2] / 4.0;
+                const Rgb pixel{pPixel[2] / 255.0, pPixel[1] / 255.0, pPixel[0] / 255.0};
+                pY[row * nWidth + column] = code(16 + 219 * luma(pixel));
+                mean = {mean.r + pixel.r / 4, mean.g + pixel.g / 4, mean.b + pixel.b / 4};
             }
-            const double luma = 0.2126 * r + 0.7152 * g + 0.0722 * b;
-            const int chroma = y / 2 * (nWidth / 2) + x / 2;
-            pU[chroma] = code(128 + (b - luma) / 1.8556 * 224 / 255);
-            pV[chroma] = code(128 + (r - luma) / 1.5748 * 224 / 255);
+            const std::ptrdiff_t chroma = y / 2 * (nWidth / 2) + x / 2;
+            pU[chroma] = code(128 + 224 * (mean.b - luma(mean)) / 1.8556);
+            pV[chroma] = code(128 + 224 * (mean.r - luma(mean)) / 1.5748);
         }
     }
 }
@@ -163,7 +161,7 @@ void DrawClip(COutputFile& output) {
     const Owned<cairo_surface_t> surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, nWidth, nHeight));
     const Owned<cairo_t> cairo(cairo_create(surface.get()));
     if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS) throw Refusal("there is no memory for a frame");
-    std::vector<std::uint8_t> planes(nWidth * nHeight * 3 / 2);
+    std::vector<std::uint8_t> planes(nPixels * 3 / 2);
     output.Write("YUV4MPEG2 W" + std::to_string(nWidth) + " H" + std::to_string(nHeight) +
                  " F25:1 Ip A1:1 C420jpeg XCOLORRANGE=LIMITED\n");
     for (int frame = 0; frame < nFrames; ++frame) {

@@ -71,18 +71,6 @@ TEST_F(FrameCallback, ChangesItsItemOnTheFrameInHand) {
     EXPECT_TRUE(m_Engine.IsDirty());
 }
 
-TEST_F(FrameCallback, ShowsAHiddenItem) {
-    const auto callback = Callback([](OVERLAY_PROPS& props) {
-        props.bShow = 1;
-        return S_OK;
-    });
-    const Cookie cookie = AddWith(callback);
-    OVERLAY_PROPS props = PropsOf(cookie);
-    props.bShow = 0;
-    ASSERT_EQ(m_Engine.SetItemProps(cookie, &props, 0), S_OK);
-    EXPECT_EQ(Mix()[0], 50);
-}
-
 TEST_F(FrameCallback, HasItsChangesDroppedUnlessItSaysOk) {
     const auto callback = Callback([](OVERLAY_PROPS& props) {
         props.nPosX = 3;

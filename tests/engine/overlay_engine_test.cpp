@@ -219,15 +219,6 @@ TEST_F(OverlayEngine, MixesItemsAndLayersFromTheBottomUp) {
     EXPECT_EQ((std::vector<BYTE>{frame[0], frame[4], frame[8], frame[12]}), (std::vector<BYTE>{30, 20, 10, 40}));
 }
 
-TEST_F(OverlayEngine, LeavesOutALayerThatIsNotWhole) {
-    OverlayItem item = FlatItem(format_code::RGB32, {2, 2}, 100);
-    item.layerFore.planeWeight.Clear();
-    Add(item);
-    BYTE frame[16] = {};
-    ASSERT_EQ(m_Engine.MixFrame({frame, 16, {format_code::RGB32, 2, -2, 0}}, {2, 2}, {}), S_OK);
-    EXPECT_EQ(frame[0], 0);
-}
-
 TEST_F(OverlayEngine, RefusesABufferThatIsSmallerThanItsFrame) {
     Add(FlatItem(format_code::I420, {2, 2}, 100));
     BYTE frame[24] = {};

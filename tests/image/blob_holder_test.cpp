@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/mman.h>
-
 namespace vellumcaster {
 namespace {
 
@@ -92,13 +90,6 @@ TYPED_TEST(BlobHolder, CopiesAsMuchAsThereIsRoomFor) {
     EXPECT_EQ(std::vector<BYTE>(blob.Data(), blob.Data() + 4), (std::vector<BYTE>{0, 0, 1, 2}));
 }
 
-TEST(BlobHolderMemory, RoundsTheVirtualPolicyToPages) {
-    CVirtualBlob blob;
-    ASSERT_EQ(blob.Resize(4097), S_OK);
-    EXPECT_EQ(blob.AllocatedSize(), 8192u);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blob.Data()) % 4096, 0u);
-}
-
 TEST(BlobHolderMemory, IsEmptyWhenThereIsNoMore) {
     using Blob = CBLOBHolder<RationedMemory>;
     Blob blob;
@@ -114,16 +105,6 @@ TEST(BlobHolderMemory, IsEmptyWhenThereIsNoMore) {
     EXPECT_EQ(blob.AllocatedSize(), 0u);
     RationedMemory::bOut = false;
     EXPECT_EQ(RationedMemory::nBlocks, 0);
-}
-
-TEST(BlobHolderMemory, SurvivesASourceThatCannotBeRead) {
-    void* pPage = mmap(nullptr, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    ASSERT_NE(pPage, MAP_FAILED);
-    CTaskBlob blob;
-    ASSERT_EQ(blob.Alloc(16, true, 5), S_OK);
-    blob.MemCopy(pPage, 16, 0);
-    EXPECT_EQ(blob.Size(), 16u);
-    munmap(pPage, 4096);
 }
 
 } // namespace

@@ -18,6 +18,9 @@ TEST(Bstr, KeepsItsByteLengthInTheFourBytesBeforeIt) {
     EXPECT_EQ(cb, 6u);
     EXPECT_EQ(bs.View(), std::u16string_view(u"a\0b", 3));
     EXPECT_EQ(bs.Get()[3], u'\0');
+    ASSERT_EQ(bs.Assign(bs.Get()), S_OK) << "a copy of itself";
+    EXPECT_EQ(SysStringLen(bs.Get()), 3u);
+    EXPECT_EQ(SysAllocStringLen(nullptr, 0x80000000u), nullptr) << "the prefix cannot hold it";
 }
 
 TEST(Bstr, TellsNullFromEmpty) {
@@ -32,18 +35,6 @@ TEST(Bstr, TellsNullFromEmpty) {
     SysFreeString(bsCopy);
     ASSERT_EQ(bs.Assign(BSTR{nullptr}), S_OK);
     EXPECT_FALSE(bs);
-}
-
-TEST(Bstr, TakesACopyOfItself) {
-    CBstr bs;
-    ASSERT_EQ(bs.Assign(std::u16string_view(u"caption")), S_OK);
-    ASSERT_EQ(bs.Assign(bs.Get()), S_OK);
-    EXPECT_EQ(bs.View(), u"caption");
-}
-
-TEST(Bstr, RefusesALengthThatItsPrefixCannotHold) {
-    EXPECT_EQ(SysAllocStringLen(nullptr, 0x80000000u), nullptr);
-    EXPECT_EQ(SysAllocString(nullptr), nullptr);
 }
 
 TEST(Utf8, ReplacesSurrogatesWithoutAPartner) {
@@ -82,19 +73,9 @@ private:
     int* m_pnAlive;
 };
 
-TEST(CountedObject, LivesAsLongAsOneReference) {
+TEST(CountedObject, IsOneObjectUnderAllItsInterfacesAndLivesAsLongAsOneReference) {
     int nAlive = 0;
     CComPtr<CObject> sp = MakeCounted<CObject>(&nAlive);
-    CComPtr<CObject> spOther = sp;
-    sp.Reset();
-    EXPECT_EQ(nAlive, 1);
-    spOther = CComPtr<CObject>();
-    EXPECT_EQ(nAlive, 0);
-}
-
-TEST(CountedObject, IsOneObjectUnderAllItsInterfaces) {
-    int nAlive = 0;
-    const CComPtr<CObject> sp = MakeCounted<CObject>(&nAlive);
     CComPtr<ISecond> spSecond;
     CComPtr<IUnknown> spFromFirst;
     CComPtr<IUnknown> spFromSecond;
@@ -107,6 +88,12 @@ TEST(CountedObject, IsOneObjectUnderAllItsInterfaces) {
     EXPECT_EQ(sp->QueryInterface(GUID{3, 0, 0, {}}, &pv), E_NOINTERFACE);
     EXPECT_EQ(pv, nullptr);
     EXPECT_EQ(sp->QueryInterface(IFirst::IID, nullptr), E_POINTER);
+
+    sp.Reset();
+    spFromFirst = spFromSecond = CComPtr<IUnknown>();
+    EXPECT_EQ(nAlive, 1);
+    spSecond.Reset();
+    EXPECT_EQ(nAlive, 0);
 }
 
 } // namespace

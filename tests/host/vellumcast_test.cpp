@@ -1,0 +1,240 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <cairo.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// Runs the program as its users do, by the shell, in a folder of its own.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int status;
+    std::string errors;
+};
+
+class Vellumcast : public testing::Test {
+protected:
+    Vellumcast() { fs::create_directories(m_Folder); }
+    ~Vellumcast() override { fs::remove_all(m_Folder); }
+
+    /// Runs `vellumcast` with these words; "cd" has been done, and $V is the program.
+    Outcome Run(const std::string& words) const { return Shell("\"$V\" " + words); }
+
+    Outcome Shell(const std::string& command) const {
+        const std::string errors = Path(".errors");
+        const std::string line =
+            "cd '" + m_Folder.string() + "' && V='" VELLUMCAST_PROGRAM "' && { " + command + "; } 2>'" + errors + "'";
+        const int status = std::system(line.c_str()); // NOLINT(cert-env33-c,concurrency-mt-unsafe)
+        Outcome outcome{WEXITSTATUS(status), Read(".errors")};
+        fs::remove(errors);
+        return outcome;
+    }
+
+    std::string Path(const std::string& name) const { return (m_Folder / name).string(); }
+
+    std::string Read(const std::string& name) const {
+        std::ifstream file(Path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    void Write(const std::string& name, const std::string& bytes) const {
+        std::ofstream(Path(name), std::ios::binary) << bytes;
+    }
+
+    std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(m_Folder))
+            names.push_back(entry.path().filename().string());
+        return names;
+    }
+
+    const fs::path m_Folder = fs::temp_directory_path() / ("vellumcast-test-" + std::to_string(getpid()));
+};
+
+constexpr int nWidth = 16;
+constexpr int nHeight = 8;
+
+/// A clip of grey noise, its planes in the order in which the file has them.
+std::string Clip(const std::string& tags, int nFrames, std::size_t cbFrame) {
+    std::string clip = "YUV4MPEG2 W16 H8 " + tags + "\n";
+    for (int frame = 0; frame < nFrames; ++frame) {
+        clip += frame % 2 ? "FRAME Ip Xsome\n" : "FRAME\n";
+        for (std::size_t i = 0; i < cbFrame; ++i)
+            clip += static_cast<char>(40 + (i * 7 + static_cast<std::size_t>(frame) * 13) % 150);
+    }
+    return clip;
+}
+
+constexpr std::size_t cb420 = nWidth * nHeight * 3 / 2;
+constexpr std::size_t cb422 = nWidth * nHeight * 2;
+
+/// Puts a value on a block of one plane.
+void Put(std::string& clip, std::size_t plane, int pitch, int x, int y, int w, int h, int value) {
+    for (int row = y; row < y + h; ++row)
+        for (int column = x; column < x + w; ++column)
+            clip[plane + static_cast<std::size_t>(row * pitch + column)] = static_cast<char>(value);
+}
+
+TEST_F(Vellumcast, ChangesNothingButThePanels) {
+    const std::string tags = "F25:1 Ip A1:1 C420mpeg2 XYSCSS=420MPEG2 XCOLORRANGE=LIMITED";
+    const std::string clip = Clip(tags, 3, cb420);
+    Write("in.y4m", clip);
+    ASSERT_EQ(Run("in.y4m plain.y4m").status, 0);
+    EXPECT_EQ(Read("plain.y4m"), clip);
+
+    // Pure red is Y 82, U 90, V 240. It starts at (4, 2) and moves by (2.5, 1) a frame, drawn at even places.
+    std::string expected = clip;
+    std::size_t plane = clip.find("FRAME\n");
+    for (const auto& [x, y] : {std::pair{4, 2}, std::pair{6, 2}, std::pair{8, 4}}) {
+        plane = clip.find('\n', plane) + 1;
+        Put(expected, plane, nWidth, x, y, 4, 2, 82);
+        Put(expected, plane + 128, nWidth / 2, x / 2, y / 2, 2, 1, 90);
+        Put(expected, plane + 160, nWidth / 2, x / 2, y / 2, 2, 1, 240);
+        plane += cb420;
+    }
+    for (const char* pszPixels : {"", " --pixels i420", " --pixels YV12"}) {
+        const Outcome outcome = Run("in.y4m out.y4m --panel '4,2,5,3,#FF0000,dx=2.5,dy=1'" + std::string(pszPixels));
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        EXPECT_EQ(outcome.errors, "");
+        EXPECT_TRUE(Read("out.y4m") == expected) << pszPixels;
+    }
+    ASSERT_EQ(Shell("cat in.y4m | \"$V\" --panel=4,2,5,3,#FF0000,dx=2.5,dy=1 | cat > piped.y4m").status, 0);
+    EXPECT_TRUE(Read("piped.y4m") == expected);
+}
+
+TEST_F(Vellumcast, CarriesFourTwoTwoInEveryPackedFormat) {
+    const std::string clip = Clip("C422", 2, cb422);
+    Write("in.y4m", clip);
+    std::string expected = clip;
+    std::size_t plane = clip.find("FRAME\n");
+    for (const int nFrame : {0, 1}) {
+        plane = clip.find('\n', plane) + 1;
+        Put(expected, plane, nWidth, 14, 3, 2, 4, 82);
+        Put(expected, plane + 128, nWidth / 2, 7, 3, 1, 4, 90);
+        Put(expected, plane + 192, nWidth / 2, 7, 3, 1, 4, 240);
+        plane += cb422 * static_cast<std::size_t>(nFrame == 0);
+    }
+    for (const char* pszPixels : {"", " --pixels YUY2", " --pixels UYVY", " --pixels YVYU"}) {
+        EXPECT_EQ(Run("in.y4m out.y4m --panel '15,3,8,4,#FF0000'" + std::string(pszPixels)).status, 0);
+        EXPECT_TRUE(Read("out.y4m") == expected) << pszPixels;
+    }
+}
+
+TEST_F(Vellumcast, StacksPanelsWithTheirAlpha) {
+    Write("in.y4m", Clip("C420", 1, cb420));
+    ASSERT_EQ(Run("in.y4m out.y4m --panel '0,0,16,8,#FFFFFF' --panel '0,0,2,2,#000000,alpha=128' "
+                  "--panel '2,0,2,2,#000000,alpha=0'")
+                  .status,
+              0);
+    const std::string out = Read("out.y4m");
+    const std::size_t plane = out.find("FRAME\n") + 6;
+    EXPECT_EQ(static_cast<unsigned char>(out[plane]), (235 * 127 + 16 * 128 + 255) >> 8);
+    EXPECT_EQ(static_cast<unsigned char>(out[plane + 2]), 235);
+}
+
+TEST_F(Vellumcast, KeepsFramesAsPictures) {
+    Write("in.y4m", Clip("C420jpeg", 2, cb420));
+    ASSERT_EQ(Run("in.y4m out.y4m --panel '8,0,8,8,#3264C8' --snapshot 1:one.png").status, 0);
+    cairo_surface_t* pPicture = cairo_image_surface_create_from_png(Path("one.png").c_str());
+    ASSERT_EQ(cairo_surface_status(pPicture), CAIRO_STATUS_SUCCESS);
+    EXPECT_EQ(cairo_image_surface_get_width(pPicture), nWidth);
+    EXPECT_EQ(cairo_image_surface_get_height(pPicture), nHeight);
+    const unsigned char* pPixel = cairo_image_surface_get_data(pPicture) + 12 * 4;
+    EXPECT_NEAR(pPixel[0], 0xC8, 3);
+    EXPECT_NEAR(pPixel[1], 0x64, 3);
+    EXPECT_NEAR(pPixel[2], 0x32, 3);
+    cairo_surface_destroy(pPicture);
+
+    const Outcome late = Run("in.y4m out2.y4m --snapshot 2:two.png");
+    EXPECT_EQ(late.status, 1);
+    EXPECT_THAT(late.errors, testing::HasSubstr("there is no frame 2 for two.png: the clip has 2"));
+    EXPECT_EQ(Read("out2.y4m"), Read("in.y4m")) << "the clip itself is complete";
+}
+
+TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
+    const std::string clip = Clip("C420", 2, cb420);
+    Write("good.y4m", clip);
+    Write("empty.y4m", "");
+    Write("text.y4m", "hello\n");
+    Write("long.y4m", "YUV4MPEG2 X" + std::string(5000, 'x'));
+    Write("cutheader.y4m", "YUV4MPEG2 W16 H8");
+    Write("cutframe.y4m", clip.substr(0, clip.size() - 1));
+    Write("cutline.y4m", clip.substr(0, clip.find("FRAME\n") + 3));
+    Write("garbage.y4m", clip + "FRAMES\n");
+    Write("deep.y4m", "YUV4MPEG2 W16 H8 C420p10\n");
+    Write("odd.y4m", "YUV4MPEG2 W15 H8\n");
+    Write("old.y4m", "old");
+    Write("big.y4m", Clip("C420", 100, cb420));
+    const auto names = Names();
+    const struct {
+        const char* pszCommand;
+        const char* pszSentence;
+    } cases[] = {
+        {"\"$V\" empty.y4m out.y4m", "empty.y4m is empty"},
+        {"\"$V\" text.y4m out.y4m", "no YUV4MPEG2 clip"},
+        {"\"$V\" long.y4m out.y4m", "does not start with a whole YUV4MPEG2 header"},
+        {"\"$V\" cutheader.y4m out.y4m", "does not start with a whole YUV4MPEG2 header"},
+        {"\"$V\" cutframe.y4m out.y4m", "cut off in frame 1, after 191 of 192 bytes"},
+        {"\"$V\" cutframe.y4m old.y4m", "cut off in frame 1"},
+        {"\"$V\" - out.y4m < cutline.y4m", "standard input has no FRAME line where frame 0"},
+        {"\"$V\" garbage.y4m out.y4m", "no FRAME line where frame 2"},
+        {"\"$V\" deep.y4m out.y4m", "10-bit 4:2:0 (C420p10)"},
+        {"\"$V\" odd.y4m out.y4m", "width is odd (15x8)"},
+        {"\"$V\" missing.y4m out.y4m", "cannot read missing.y4m: No such file"},
+        {"\"$V\" . out.y4m", "cannot read .: Is a directory"},
+        {"\"$V\" good.y4m nowhere/out.y4m", "cannot write nowhere/out.y4m: No such file"},
+        {"\"$V\" good.y4m good.y4m", "overwrite the input good.y4m"},
+        {"\"$V\" good.y4m /dev/full", "cannot write /dev/full: No space left"},
+        {"\"$V\" good.y4m > /dev/full", "cannot write standard output: No space left"},
+        {"(ulimit -f 8; \"$V\" big.y4m out.y4m)", "cannot write out.y4m: File too large"},
+        {"\"$V\" good.y4m out.y4m --snapshot 1:nowhere/p.png", "cannot write nowhere/p.png"},
+        {"\"$V\" good.y4m out.y4m --snapshot x:p.png", "what is wanted is N:FILE.png"},
+        {"\"$V\" good.y4m out.y4m --pixels YUY2",
+         "would have to be converted; as it is, it can be mixed in I420, YV12"},
+        {"\"$V\" good.y4m out.y4m --pixels RGB9", "there is no such pixel format"},
+        {"\"$V\" good.y4m out.y4m --panel 1,2", "--panel 1,2: what is wanted is"},
+        {"\"$V\" good.y4m out.y4m --unknown", "--unknown"},
+        {"\"$V\" good.y4m out.y4m third", "third"},
+    };
+    for (const auto& c : cases) {
+        const Outcome outcome = Shell(c.pszCommand);
+        EXPECT_EQ(outcome.status, 1) << c.pszCommand;
+        EXPECT_THAT(outcome.errors, testing::StartsWith("vellumcast: ")) << c.pszCommand;
+        EXPECT_THAT(outcome.errors, testing::HasSubstr(c.pszSentence)) << c.pszCommand;
+        EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
+        EXPECT_THAT(Names(), testing::UnorderedElementsAreArray(names)) << c.pszCommand;
+    }
+    EXPECT_EQ(Read("old.y4m"), "old");
+    EXPECT_EQ(Read("good.y4m"), clip);
+}
+
+TEST_F(Vellumcast, ReportsAReaderThatHasGone) {
+    Write("in.y4m", Clip("C420", 2000, cb420));
+    const Outcome outcome = Shell("{ \"$V\" in.y4m; echo $? > status; } | head -c 100 > /dev/null");
+    EXPECT_EQ(Read("status"), "1\n");
+    EXPECT_THAT(outcome.errors, testing::HasSubstr("cannot write standard output: Broken pipe"));
+}
+
+TEST_F(Vellumcast, TakesAClipWithoutFrames) {
+    Write("in.y4m", "YUV4MPEG2 W16 H8\n");
+    EXPECT_EQ(Run("in.y4m out.y4m --panel '0,0,4,4,#FFFFFF'").status, 0);
+    EXPECT_EQ(Read("out.y4m"), "YUV4MPEG2 W16 H8\n");
+}
+
+TEST_F(Vellumcast, ExplainsItself) {
+    EXPECT_EQ(Shell("\"$V\" --help | grep -q -- --panel").status, 0);
+    EXPECT_EQ(Shell("\"$V\" --version | grep -q '^vellumcast [0-9]'").status, 0);
+}
+
+} // namespace

@@ -13,7 +13,7 @@ namespace vellumcaster {
 
 namespace {
 
-std::string TraceText(const CBstr& bs) { return bs ? ToUtf8(bs.View()) : "NULL"; }
+[[maybe_unused]] std::string TraceText(const CBstr& bs) { return bs ? ToUtf8(bs.View()) : "NULL"; }
 
 void TraceMixFailure(const OverlayItem& item, HRESULT hr) {
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,

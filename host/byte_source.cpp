@@ -22,7 +22,10 @@ constexpr std::size_t cbAhead = 4096;
 }
 
 int OpenToRead(const std::string& path) {
-    if (path == "-") return STDIN_FILENO;
+    if (path == "-") {
+        if (isatty(STDIN_FILENO) == 1) throw Refusal("standard input is a terminal: name a clip, or pipe one in");
+        return STDIN_FILENO;
+    }
     const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) RefuseToRead(path, errno);
     return fd;

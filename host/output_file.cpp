@@ -38,6 +38,7 @@ std::string FolderOf(const std::string& path) {
 
 COutputFile::COutputFile(const std::string& path) : m_Name(path == "-" ? "standard output" : path) {
     if (path == "-") {
+        if (isatty(STDOUT_FILENO) == 1) throw Refusal("standard output is a terminal: name a file, or pipe it on");
         m_fd = STDOUT_FILENO;
     } else if (IsWrittenDirectly(path)) {
         m_fd = open(path.c_str(), O_WRONLY | O_CLOEXEC);

@@ -51,16 +51,6 @@ TEST(ItemMap, ClosesTheGapOfARemovedItem) {
     EXPECT_EQ(items.Count(), 0);
 }
 
-TEST(ItemMap, LeavesTheCookiesWhenRecordsAreSwapped) {
-    ItemMap items;
-    ASSERT_EQ(items.Add(10, NamedItem(u"a")), S_OK);
-    ASSERT_EQ(items.Add(20, NamedItem(u"b")), S_OK);
-    items.SwapRecords(0, 1);
-    EXPECT_EQ(items.Key(0), 10);
-    EXPECT_EQ(items.Lookup(10)->bsName.View(), u"b");
-    EXPECT_EQ(items.Lookup(20)->bsName.View(), u"a");
-}
-
 TEST(ItemMap, CountsCookiesUpFromTheFirstCandidate) {
     ItemMap items;
     const OverlayItem unprepared;

@@ -156,24 +156,6 @@ TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
     }
 }
 
-TEST_F(OverlayEngine, AnswersTheDrawingOfAChangedTextAlone) {
-    const Cookie cookie = Add(TextItem(eText, nullptr));
-    m_Painter.m_hrDrawing = E_FAIL;
-    OVERLAY_PROPS props;
-    props.sAlphaValue = 5;
-    EXPECT_EQ(m_Engine.SetItemProps(cookie, &props, 0), S_OK);
-    props.dblOutlineWidth = 1;
-    EXPECT_EQ(m_Engine.SetItemProps(cookie, &props, 0), E_FAIL);
-}
-
-TEST_F(OverlayEngine, PreparesEveryItemForANewFormat) {
-    Add(TextItem(eText, u"a"));
-    Add(TextItem(eImage, u"b"));
-    m_Painter.m_hrDrawing = E_NOTIMPL;
-    m_Engine.PrepareItems();
-    EXPECT_EQ(m_Painter.TakeJournal(), "prepare prepare");
-}
-
 TEST_F(OverlayEngine, UpdatesHiddenItemsAndMixesShownOnes) {
     OverlayItem shown = FlatItem(format_code::RGB32, {2, 2}, 100);
     OverlayItem hidden = FlatItem(format_code::RGB32, {2, 2}, 200);
@@ -181,9 +163,10 @@ TEST_F(OverlayEngine, UpdatesHiddenItemsAndMixesShownOnes) {
     hidden.props.dblXDelta = 1;
     Add(shown);
     const Cookie cookie = Add(hidden);
+    m_Engine.PrepareItems();
     BYTE frame[16] = {};
     ASSERT_EQ(m_Engine.MixFrame({frame, 16, {format_code::RGB32, 2, -2, 0}}, {2, 2}, {}), S_OK);
-    EXPECT_EQ(m_Painter.TakeJournal(), "live live-hidden");
+    EXPECT_EQ(m_Painter.TakeJournal(), "prepare prepare live live-hidden");
     for (const BYTE byte : frame)
         EXPECT_EQ(byte, 100);
     OVERLAY_PROPS props;

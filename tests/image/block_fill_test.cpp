@@ -21,11 +21,12 @@ TEST(ColorToPixel, CodesAColourInEachFormat) {
         std::uint32_t color;
         Bytes bytes;
     } cases[] = {
-        {RGB565, mixed, {0x26, 0xCB}},       {RGB555, mixed, {0x86, 0x65}},        {RGB24, mixed, {50, 100, 200}},
+        // clang-format off
+        {RGB565, mixed, {0x26, 0xCB}}, {RGB555, mixed, {0x86, 0x65}}, {RGB24, mixed, {50, 100, 200}},
         {RGB32, mixed, {50, 100, 200, 255}}, {ARGB32, mixed, {50, 100, 200, 255}}, {YUY2, red, {82, 90, 82, 240}},
-        {YVYU, red, {82, 240, 82, 90}},      {UYVY, red, {90, 82, 240, 82}},       {YV12, red, {82, 90, 240}},
-        {I420, red, {82, 90, 240}},          {I420, 0x00FFFFFF, {235, 128, 128}},  {I420, 0, {16, 128, 128}},
-        {I420, mixed, {123, 91, 175}},
+        {YVYU, red, {82, 240, 82, 90}}, {UYVY, red, {90, 82, 240, 82}}, {YV12, red, {82, 90, 240}},
+        {I420, 0x00FFFFFF, {235, 128, 128}}, {I420, 0, {16, 128, 128}}, {I420, mixed, {123, 91, 175}},
+        // clang-format on
     };
     for (const auto& c : cases) {
         std::array<BYTE, 4> bytes{};

@@ -5,25 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
 #include <stdexcept>
 
 namespace vellumcaster {
 namespace {
-
-TEST(PlainSample, AnswersWhatItHasAndRefusesTheRest) {
-    std::array<BYTE, 8> buffer{};
-    const auto sp = MakeCounted<CPlainSample>(buffer.data(), 8);
-    REFERENCE_TIME time = 100;
-    EXPECT_EQ(sp->GetTime(&time, &time), VFW_E_SAMPLE_TIME_NOT_SET);
-    EXPECT_EQ(sp->SetTime(nullptr, &time), E_INVALIDARG);
-    EXPECT_EQ(sp->SetMediaTime(&time, nullptr), E_INVALIDARG);
-    EXPECT_EQ(sp->GetMediaTime(&time, &time), VFW_E_MEDIA_TIME_NOT_SET);
-    EXPECT_EQ(sp->SetActualDataLength(9), VFW_E_BUFFER_OVERFLOW);
-    EXPECT_EQ(sp->SetActualDataLength(-1), VFW_E_BUFFER_OVERFLOW);
-    EXPECT_EQ(sp->GetActualDataLength(), 8);
-}
 
 TEST(SampleProperties, CarryOverWhatTheSourceHas) {
     const auto spSrc = MakeCounted<CPlainSample>(nullptr, 0);

@@ -23,8 +23,7 @@ TEST(Panel, IsReadFromTheCommandLine) {
 
 TEST(Panel, SaysWhatIsWrong) {
     const struct {
-        const char* pszText;
-        const char* pszSentence;
+        const char *pszText, *pszSentence;
     } cases[] = {
         {"", "wanted is X,Y,W,H,#RRGGBB"},
         {"0,0,2,2", "wanted is X,Y,W,H,#RRGGBB"},

@@ -26,8 +26,7 @@ TEST(Y4mHeader, TakesEveryLayoutOfEightBits) {
 
 TEST(Y4mHeader, SaysWhatIsWrong) {
     const struct {
-        const char* pszLine;
-        const char* pszSentence;
+        const char *pszLine, *pszSentence;
     } cases[] = {
         {"", "no YUV4MPEG2"},
         {"YUV4MPEG W2 H2", "no YUV4MPEG2"},

@@ -13,8 +13,8 @@ namespace {
 
 void TraceMixFault(const BYTE* pDst, const BYTE* pSrc, std::size_t cb, FaultCode fault) {
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::CaughtFault,
-                      "###Err### SEH_MixMemory( pDst=0x%X, pSrc=0x%X, cb=0x%X ): Exception 0x%X\n", pDst,
-                      pSrc, cb, fault);
+                      "###Err### SEH_MixMemory( pDst=0x%X, pSrc=0x%X, cb=0x%X ): Exception 0x%X\n", pDst, pSrc, cb,
+                      fault);
 }
 
 } // namespace
@@ -25,13 +25,16 @@ bool SEH_MixMemory(BYTE* pDst, const BYTE* pSrc, const BYTE* pWeight, std::size_
     return fault == faultNone;
 }
 
-void MixRows(const BYTE* pColor, const BYTE* pWeight, BYTE* pFrame, const SIZE* size,
-             std::size_t bytesPerPixel, std::ptrdiff_t overlayPitch, std::ptrdiff_t framePitch) {
+void MixRows(const BYTE* pColor, const BYTE* pWeight, BYTE* pFrame, const SIZE* size, std::size_t bytesPerPixel,
+             std::ptrdiff_t overlayPitch, std::ptrdiff_t framePitch) {
     const std::size_t cbRow = static_cast<std::size_t>(size->cx) * bytesPerPixel;
+    const LONG nRows = size->cy;
     RunStepsGuarded(
-        size->cy,
+        nRows,
         [=](LONG y) {
-            MixMemory(pFrame + y * framePitch, pColor + y * overlayPitch, pWeight + y * overlayPitch, cbRow);
+            const bool bLast = y + 1 == nRows;
+            MixRow(pFrame + y * framePitch, pColor + y * overlayPitch, pWeight + y * overlayPitch, cbRow,
+                   bLast ? 0 : framePitch, bLast ? 0 : overlayPitch);
         },
         [=](LONG y, FaultCode fault) {
             TraceMixFault(pFrame + y * framePitch, pColor + y * overlayPitch, cbRow, fault);

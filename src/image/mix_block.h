@@ -15,8 +15,8 @@ bool SEH_MixMemory(BYTE* pDst, const BYTE* pSrc, const BYTE* pWeight, std::size_
 /// Mixes `size->cy` rows of `size->cx` pixels. A fault ends its row, and the next row is tried.
 /// \param overlayPitch  bytes from row to row in both `pColor` and `pWeight`.
 /// \param framePitch  bytes from row to row in the frame; negative runs upward.
-void MixRows(const BYTE* pColor, const BYTE* pWeight, BYTE* pFrame, const SIZE* size,
-             std::size_t bytesPerPixel, std::ptrdiff_t overlayPitch, std::ptrdiff_t framePitch);
+void MixRows(const BYTE* pColor, const BYTE* pWeight, BYTE* pFrame, const SIZE* size, std::size_t bytesPerPixel,
+             std::ptrdiff_t overlayPitch, std::ptrdiff_t framePitch);
 
 namespace CPictureFormats {
 

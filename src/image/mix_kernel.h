@@ -15,6 +15,12 @@ namespace vellumcaster {
 /// not overlap.
 void MixMemory(BYTE* pDst, const BYTE* pSrc, const BYTE* pWeight, std::size_t cb);
 
+/// `MixMemory` for one row of a block. It also has the caches fetch the start of the next row, which they cannot
+/// foresee where rows do not follow each other without a gap.
+/// \param framePitch, overlayPitch  bytes to the next row, in `pDst` and in the other two; 0 for the last row.
+void MixRow(BYTE* pDst, const BYTE* pSrc, const BYTE* pWeight, std::size_t cb, std::ptrdiff_t framePitch,
+            std::ptrdiff_t overlayPitch);
+
 /// Scales `cb` weights by an alpha: dst = (src * alpha + half) >> shift, where half rounds. The last `cb` mod 8
 /// bytes are not rounded: dst = (src * alpha) >> shift.
 /// \param alpha  0 to 255.

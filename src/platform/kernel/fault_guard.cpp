@@ -3,6 +3,8 @@
 #include <array>
 #include <csignal>
 
+#include <ucontext.h>
+
 namespace vellumcaster {
 
 namespace {
@@ -30,8 +32,8 @@ void PassOn(int signal, siginfo_t* pInfo, void* pContext) {
     if (earlier.sa_handler != SIG_DFL && earlier.sa_handler != SIG_IGN) return earlier.sa_handler(signal);
 
     // The default stands again, and the instruction that faulted meets it as soon as this handler returns.
-    std::signal(signal, SIG_DFL);
-    if (bSent) std::raise(signal);
+    static_cast<void>(std::signal(signal, SIG_DFL));
+    if (bSent) static_cast<void>(std::raise(signal));
 }
 
 void OnHardwareSignal(int signal, siginfo_t* pInfo, void* pContext) {
@@ -39,10 +41,8 @@ void OnHardwareSignal(int signal, siginfo_t* pInfo, void* pContext) {
     const bool bFault = pInfo->si_code > 0;
     if (!pGuard || !bFault) return PassOn(signal, pInfo, pContext);
 
-    sigset_t own;
-    sigemptyset(&own);
-    sigaddset(&own, signal);
-    pthread_sigmask(SIG_UNBLOCK, &own, nullptr);
+    // As at the return from a handler, which this never comes to.
+    pthread_sigmask(SIG_SETMASK, &static_cast<const ucontext_t*>(pContext)->uc_sigmask, nullptr);
     pGuard->m_Fault = static_cast<FaultCode>(signal);
     siglongjmp(pGuard->m_Landing, 1);
 }

@@ -39,7 +39,7 @@ private:
 template <class Call>
 [[nodiscard]] FaultCode CallGuarded(Call&& call) {
     CFaultGuard guard;
-    // The signal mask is not saved: that would be a system call each way. The handler unblocks its signal itself.
+    // The signal mask is not saved: that would be a system call each way. The handler restores the mask by itself.
     if (sigsetjmp(guard.m_Landing, 0) != 0) return guard.m_Fault;
     try {
         call();
@@ -60,8 +60,7 @@ void RunStepsGuarded(LONG count, const Step& step, const OnFault& onFault) {
     volatile LONG begun = 0;
     CFaultGuard guard;
     if (sigsetjmp(guard.m_Landing, 0) != 0) onFault(begun - 1, guard.m_Fault);
-    while (begun < count) {
-        const LONG i = begun;
+    for (LONG i = begun; i < count; ++i) {
         begun = i + 1;
         step(i);
         std::atomic_signal_fence(std::memory_order_seq_cst);

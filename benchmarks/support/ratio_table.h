@@ -1,0 +1,46 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vellumcaster::bench {
+
+/// One line of the table: how long `row`/`pszOurs` takes by `row`/`pszRival`.
+struct RatioLine {
+    std::string row;
+    const char* pszOurs;
+    const char* pszRival;
+    std::optional<double> goal; ///< the ratio is to be at most this
+};
+
+/// Prints the medians of a run as ratios. Times themselves belong to the machine and go to the JSON file alone.
+class CRatioTable : public benchmark::BenchmarkReporter {
+public:
+    explicit CRatioTable(std::vector<RatioLine> lines) : m_Lines(std::move(lines)) {}
+
+    bool ReportContext(const Context& context) override;
+    void ReportRuns(const std::vector<Run>& runs) override;
+    void Finalize() override;
+
+private:
+    struct Measured {
+        double median = 0;
+        double spread = 0; ///< standard deviation by mean
+    };
+
+    void PrintLine(const RatioLine& line) const;
+
+    std::vector<RatioLine> m_Lines;
+    std::map<std::string, Measured> m_Measured; ///< by the benchmark's name
+};
+
+/// Runs what is registered, repeated and in mixed order, so that a disturbance strikes all of them alike, and
+/// prints the table. Flags of the benchmark library on the command line come before the defaults.
+/// \return the program's exit code; a goal that is missed is no failure.
+int RunAndPrintTable(int argc, char** argv, std::vector<RatioLine> lines);
+
+} // namespace vellumcaster::bench

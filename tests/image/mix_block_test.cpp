@@ -1,0 +1,198 @@
+#include "image/mix_block.h"
+
+#include "support/block_check.h"
+#include "support/mix_cases.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace vellumcaster {
+namespace {
+
+using namespace format_code;
+using namespace testing_support;
+using Bytes = std::vector<BYTE>;
+
+BYTE Mixed(int dst, int src, int w) { return static_cast<BYTE>((dst * (255 - w) + src * w + 255) >> 8); }
+
+HRESULT MixBlock(Inputs inputs, BYTE* pFrame, const BlockCase& block) {
+    return CPictureFormats::MixBlockAlpha(inputs[0], inputs[1], pFrame, &block.a, &block.b, &block.inA, &block.inB);
+}
+
+CBlockCheck MixCheck() {
+    return {[](BYTE dst, std::span<const BYTE> in) { return Mixed(dst, in[0], in[1]); }, MixBlock, 2};
+}
+
+constexpr RECT Whole(const PictureFormat& pf) { return {0, 0, pf.nWidth, static_cast<LONG>(RowCount(pf))}; }
+
+constexpr RECT MovedBy(const RECT& rc, LONG x, LONG y) {
+    return {rc.left + x, rc.top + y, rc.right + x, rc.bottom + y};
+}
+
+struct Geometry {
+    SIZE overlay;
+    RECT inOverlay;
+    SIZE onFrame; ///< from the rectangle on the overlay to its place on the frame of 20 x 12
+};
+
+constexpr Geometry evenGeometries[] = {
+    {{12, 8}, {0, 0, 12, 8}, {4, 2}},    {{12, 8}, {2, 4, 6, 8}, {10, -2}},    {{12, 8}, {0, 0, 12, 8}, {-4, 2}},
+    {{12, 8}, {0, 0, 12, 8}, {2, -6}},   {{12, 8}, {0, 0, 12, 8}, {14, 0}},    {{12, 8}, {0, 0, 12, 8}, {0, 10}},
+    {{12, 8}, {-2, -4, 14, 12}, {4, 2}}, {{28, 16}, {0, 0, 28, 16}, {-4, -2}}, {{12, 8}, {-4, -2, 8, 6}, {6, 8}},
+    {{12, 8}, {0, 0, 12, 8}, {20, 0}},   {{12, 8}, {0, 0, 12, 8}, {-12, 0}},   {{12, 8}, {0, 0, 12, 8}, {0, 12}},
+    {{12, 8}, {0, 0, 12, 8}, {0, -8}},
+};
+constexpr Geometry oddGeometries[] = {
+    {{7, 5}, {0, 0, 7, 5}, {3, 1}},
+    {{7, 5}, {1, 1, 6, 4}, {-2, 9}},
+    {{7, 5}, {-1, 0, 8, 5}, {14, -3}},
+};
+
+TEST(MixBlock, AgreesWithItsPixelsInEveryFormatRowOrderAndPlace) {
+    CBlockCheck check = MixCheck();
+    for (const std::uint32_t code : processedFormats)
+        for (const int turn : {0, 1, 2, 3, 4, 5, 6, 7}) {
+            const int overlayOrder = turn & 1 ? 1 : -1;
+            const int frameOrder = turn & 2 ? 1 : -1;
+            const bool bPadded = turn & 4;
+            const auto checkAll = [&](std::span<const Geometry> geometries) {
+                for (const Geometry& g : geometries) {
+                    const PictureFormat overlay{code, g.overlay.cx, g.overlay.cy * overlayOrder,
+                                                bPadded ? static_cast<std::uint32_t>(g.overlay.cx) + 6 : 0};
+                    const PictureFormat frame{code, 20, 12 * frameOrder, bPadded ? 26u : 0u};
+                    const RECT place = MovedBy(g.inOverlay, g.onFrame.cx, g.onFrame.cy);
+                    EXPECT_EQ(check.FirstFailure({overlay, frame, g.inOverlay, place}), std::nullopt);
+                }
+            };
+            checkAll(evenGeometries);
+            if (CPicturePixels({code, 2, 2, 0}).IsRgb()) checkAll(oddGeometries);
+        }
+}
+
+TEST(MixBlock, IsExactInTheCasesThatAreTimed) {
+    CBlockCheck check = MixCheck();
+    for (const MixCase& mixCase : mixCases)
+        for (LONG i = 0; i < mixCase.nItems; i += 3) {
+            const PictureFormat overlay = mixCase.Overlay();
+            EXPECT_EQ(check.FirstFailure({overlay, mixCase.frame, Whole(overlay), mixCase.Place(i)}), std::nullopt);
+        }
+}
+
+TEST(MixBlock, TakesWholePicturesForNull) {
+    const PictureFormat pf{RGB32, 4, -2, 0};
+    const Bytes color(32, 100), weight(32, 128);
+    Bytes frame(32, 200);
+    ASSERT_EQ(CPictureFormats::MixBlockAlpha(color.data(), weight.data(), frame.data(), &pf, &pf, nullptr, nullptr),
+              S_OK);
+    EXPECT_EQ(frame, Bytes(32, 150));
+}
+
+TEST(MixBlock, PutsTheOverlaysTopIntoTheLastRowOfABottomUpFrame) {
+    const PictureFormat overlay = OverlayFormat(RGB24, {2, 1});
+    const PictureFormat frame{RGB24, 2, 3, 0}; // pitch 8
+    const RECT top{0, 0, 2, 1};
+    const Bytes color{1, 2, 3, 4, 5, 6, 0, 0}, weight(8, 255);
+    Bytes got(24, 9), want(24, 9);
+    std::copy_n(color.begin(), 6, want.begin() + 16);
+    ASSERT_EQ(CPictureFormats::MixBlockAlpha(color.data(), weight.data(), got.data(), &overlay, &frame, nullptr, &top),
+              S_OK);
+    EXPECT_EQ(got, want);
+}
+
+TEST(MixBlock, TakesTheChromaOfAPlanarBlockAlong) {
+    const PictureFormat overlay = OverlayFormat(I420, {6, 6});
+    const PictureFormat frame{I420, 16, 16, 0};
+    const RECT place{4, 6, 10, 12};
+    const Bytes color(54, 1), weight(54, 255);
+    Bytes got(384, 0), want(384, 0);
+    for (std::size_t y = 0; y < 6; ++y)
+        std::fill_n(want.begin() + static_cast<std::ptrdiff_t>((6 + y) * 16 + 4), 6, BYTE{1});
+    for (const std::size_t plane : {256u, 320u})
+        for (std::size_t y = 0; y < 3; ++y)
+            std::fill_n(want.begin() + static_cast<std::ptrdiff_t>(plane + (3 + y) * 8 + 2), 3, BYTE{1});
+    ASSERT_EQ(
+        CPictureFormats::MixBlockAlpha(color.data(), weight.data(), got.data(), &overlay, &frame, nullptr, &place),
+        S_OK);
+    EXPECT_EQ(got, want);
+}
+
+TEST(MixBlock, AnswersWhatKeepsItFromMixingInItsOrder) {
+    const PictureFormat rgb{RGB32, 4, -4, 0};
+    const PictureFormat argb{ARGB32, 4, -4, 0};
+    const PictureFormat badRgb{RGB32, 4, -4, 3};
+    const PictureFormat unknown{RGB8, 4, -4, 0};
+    const RECT whole{0, 0, 4, 4}, small{0, 0, 2, 4}, empty{2, 0, 2, 4}, outside{4, 0, 8, 4};
+    const struct {
+        const char* pszName;
+        const PictureFormat *pOverlay, *pFrame;
+        const RECT *pInOverlay, *pOnFrame;
+        HRESULT hr;
+    } cases[] = {
+        {"no overlay descriptor", nullptr, &rgb, nullptr, nullptr, E_INVALIDARG},
+        {"no frame descriptor", &rgb, nullptr, nullptr, nullptr, E_INVALIDARG},
+        {"another format", &argb, &rgb, nullptr, nullptr, E_NOTIMPL},
+        {"another format before a refused descriptor", &argb, &badRgb, nullptr, nullptr, E_NOTIMPL},
+        {"another format before an empty rectangle", &argb, &rgb, &empty, &whole, E_NOTIMPL},
+        {"a stride below the width", &rgb, &badRgb, nullptr, nullptr, E_INVALIDARG},
+        {"a format that is not processed", &unknown, &unknown, nullptr, nullptr, E_INVALIDARG},
+        {"a refused descriptor before different sizes", &badRgb, &rgb, &whole, &small, E_INVALIDARG},
+        {"an empty rectangle before different sizes", &rgb, &rgb, &empty, &small, E_INVALIDARG},
+        {"an empty place", &rgb, &rgb, &whole, &empty, E_INVALIDARG},
+        {"different sizes", &rgb, &rgb, &whole, &small, E_NOTIMPL},
+        {"different sizes before lying outside", &rgb, &rgb, &small, &outside, E_NOTIMPL},
+        {"outside", &rgb, &rgb, &whole, &outside, S_FALSE},
+    };
+    const Bytes color(64, 1), weight(64, 255);
+    Bytes frame(64, 0);
+    for (const auto& c : cases)
+        EXPECT_EQ(CPictureFormats::MixBlockAlpha(color.data(), weight.data(), frame.data(), c.pOverlay, c.pFrame,
+                                                 c.pInOverlay, c.pOnFrame),
+                  c.hr)
+            << c.pszName;
+    EXPECT_EQ(CPictureFormats::MixBlockAlpha(nullptr, weight.data(), frame.data(), &argb, &rgb, nullptr, nullptr),
+              E_INVALIDARG);
+    EXPECT_EQ(CPictureFormats::MixBlockAlpha(color.data(), nullptr, frame.data(), &argb, &rgb, nullptr, nullptr),
+              E_INVALIDARG);
+    EXPECT_EQ(CPictureFormats::MixBlockAlpha(color.data(), weight.data(), nullptr, &argb, &rgb, nullptr, nullptr),
+              E_INVALIDARG);
+    EXPECT_EQ(frame, Bytes(64, 0));
+}
+
+// Three rows of two pages each; the second page of the middle row cannot be touched in one of the blocks.
+TEST(MixRows, EndsARowAtAFaultAndGoesOnWithTheNext) {
+    constexpr std::size_t cbRow = 2 * cbPage;
+    constexpr std::size_t forbidden = 3;
+    const SIZE size{cbRow, 3};
+    for (const std::size_t struck : {0u, 1u, 2u})
+        for (const bool bUpward : {false, true}) {
+            CPageBuffer frame(6), color(6), weight(6);
+            std::fill(frame.Begin(), frame.End(), BYTE{0});
+            std::fill(color.Begin(), color.End(), BYTE{77});
+            std::fill(weight.Begin(), weight.End(), BYTE{255});
+            CPageBuffer* pStruck = std::array{&frame, &color, &weight}[struck];
+            pStruck->ForbidPage(forbidden);
+            MixRows(color.Begin(), weight.Begin(), bUpward ? frame.Begin() + 2 * cbRow : frame.Begin(), &size, 1, cbRow,
+                    bUpward ? -static_cast<std::ptrdiff_t>(cbRow) : cbRow);
+            pStruck->PermitPage(forbidden);
+
+            Bytes want(6 * cbPage, 77);
+            std::fill_n(want.begin() + forbidden * cbPage, cbPage, BYTE{0});
+            EXPECT_TRUE(std::equal(want.begin(), want.end(), frame.Begin())) << struck << " " << bUpward;
+        }
+}
+
+TEST(SehMixMemory, TellsOfAFaultAndRunsOnTheNextCall) {
+    CPageBuffer pages(2);
+    pages.ForbidPage(1);
+    const Bytes src(100, 77), weight(100, 255);
+    BYTE* pAcross = pages.Begin() + cbPage - 40;
+    EXPECT_FALSE(SEH_MixMemory(pAcross, src.data(), weight.data(), 100));
+    EXPECT_FALSE(SEH_MixMemory(pages.Begin() + cbPage, src.data(), weight.data(), 100));
+    EXPECT_TRUE(SEH_MixMemory(pAcross, src.data(), weight.data(), 40));
+    EXPECT_TRUE(std::all_of(pAcross, pAcross + 40, [](BYTE b) { return b == 77; }));
+    EXPECT_EQ(pAcross[-1], 0);
+}
+
+} // namespace
+} // namespace vellumcaster

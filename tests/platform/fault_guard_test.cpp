@@ -20,7 +20,7 @@ namespace vellumcaster {
 namespace {
 
 // The sanitizers would end the program at what these are made for.
-[[gnu::no_sanitize("undefined"), gnu::noinline]] void TouchNull() {
+__attribute__((no_sanitize("undefined"), noinline)) void TouchNull() {
     volatile int* volatile p = nullptr;
     *p = 1;
 }
@@ -40,7 +40,7 @@ void TouchBehindTheEndOfAFile() {
 }
 
 #if defined(__x86_64__)
-[[gnu::no_sanitize("undefined"), gnu::noinline]] void DivideByZero() {
+__attribute__((no_sanitize("undefined"), noinline)) void DivideByZero() {
     volatile int n = 1;
     volatile int zero = 0;
     n = n / zero;

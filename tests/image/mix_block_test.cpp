@@ -88,35 +88,6 @@ TEST(MixBlock, TakesWholePicturesForNull) {
     EXPECT_EQ(frame, Bytes(32, 150));
 }
 
-TEST(MixBlock, PutsTheOverlaysTopIntoTheLastRowOfABottomUpFrame) {
-    const PictureFormat overlay = OverlayFormat(RGB24, {2, 1});
-    const PictureFormat frame{RGB24, 2, 3, 0}; // pitch 8
-    const RECT top{0, 0, 2, 1};
-    const Bytes color{1, 2, 3, 4, 5, 6, 0, 0}, weight(8, 255);
-    Bytes got(24, 9), want(24, 9);
-    std::copy_n(color.begin(), 6, want.begin() + 16);
-    ASSERT_EQ(CPictureFormats::MixBlockAlpha(color.data(), weight.data(), got.data(), &overlay, &frame, nullptr, &top),
-              S_OK);
-    EXPECT_EQ(got, want);
-}
-
-TEST(MixBlock, TakesTheChromaOfAPlanarBlockAlong) {
-    const PictureFormat overlay = OverlayFormat(I420, {6, 6});
-    const PictureFormat frame{I420, 16, 16, 0};
-    const RECT place{4, 6, 10, 12};
-    const Bytes color(54, 1), weight(54, 255);
-    Bytes got(384, 0), want(384, 0);
-    for (std::size_t y = 0; y < 6; ++y)
-        std::fill_n(want.begin() + static_cast<std::ptrdiff_t>((6 + y) * 16 + 4), 6, BYTE{1});
-    for (const std::size_t plane : {256u, 320u})
-        for (std::size_t y = 0; y < 3; ++y)
-            std::fill_n(want.begin() + static_cast<std::ptrdiff_t>(plane + (3 + y) * 8 + 2), 3, BYTE{1});
-    ASSERT_EQ(
-        CPictureFormats::MixBlockAlpha(color.data(), weight.data(), got.data(), &overlay, &frame, nullptr, &place),
-        S_OK);
-    EXPECT_EQ(got, want);
-}
-
 TEST(MixBlock, AnswersWhatKeepsItFromMixingInItsOrder) {
     const PictureFormat rgb{RGB32, 4, -4, 0};
     const PictureFormat argb{ARGB32, 4, -4, 0};

@@ -6,6 +6,8 @@
 #include "image/picture_format.h"
 #include "platform/kernel/critical_section.h"
 
+#include <atomic>
+
 namespace vellumcaster {
 
 /// A frame to draw on, in the caller's memory.
@@ -94,7 +96,7 @@ private:
     IItemPainter& m_Painter;
     ItemMap m_Items;
     CCriticalSection m_csItems;
-    bool m_bDirty = false;
+    std::atomic<bool> m_bDirty = false; ///< read without the lock
 };
 
 } // namespace vellumcaster

@@ -1,13 +1,12 @@
 #include "image/copy_frame.h"
 #include "image/guarded_memory.h"
+#include "support/page_buffer.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <numeric>
 #include <vector>
-
-#include <sys/mman.h>
 
 namespace vellumcaster {
 namespace {
@@ -65,20 +64,15 @@ TEST(CopyFrame, NamesWhatKeepsItFromCopying) {
 }
 
 TEST(CopyFrame, StopsAtARowThatCannotBeReached) {
-    constexpr std::size_t cbPage = 4096;
-    void* pPages = mmap(nullptr, 2 * cbPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    ASSERT_NE(pPages, MAP_FAILED);
-    auto* pSrc = static_cast<BYTE*>(pPages);
-    std::fill_n(pSrc, cbPage, BYTE{7});
-    ASSERT_EQ(mprotect(pSrc + cbPage, cbPage, PROT_NONE), 0);
-
+    testing_support::CPageBuffer src(2);
+    std::fill(src.Begin(), src.End(), BYTE{7});
+    src.ForbidPage(1);
     const PictureFormat pf{RGB32, 512, -4, 512}; // two rows a page
-    Bytes dst(4 * 2048, 0);
-    EXPECT_EQ(CopyFrame(&pf, &pf, pSrc, dst.data()), E_UNEXPECTED);
-    EXPECT_EQ(std::count(dst.begin(), dst.begin() + cbPage, BYTE{7}), static_cast<std::ptrdiff_t>(cbPage));
-    EXPECT_FALSE(SEH_CopyMemory(dst.data(), pSrc + cbPage, 1));
-    EXPECT_TRUE(SEH_CopyMemory(dst.data(), pSrc, cbPage));
-    munmap(pPages, 2 * cbPage);
+    Bytes dst(2 * cbPage, 0);
+    EXPECT_EQ(CopyFrame(&pf, &pf, src.Begin(), dst.data()), E_UNEXPECTED);
+    EXPECT_EQ(std::count(dst.begin(), dst.end(), BYTE{7}), static_cast<std::ptrdiff_t>(cbPage));
+    EXPECT_FALSE(SEH_CopyMemory(dst.data(), src.Begin() + cbPage, 1));
+    EXPECT_TRUE(SEH_CopyMemory(dst.data(), src.Begin(), cbPage));
 }
 
 } // namespace

@@ -30,18 +30,6 @@ TEST(FormatInfo, RefusesWhatAFormatCannotHave) {
         EXPECT_FALSE(isTaken(pf)) << std::hex << pf.dwFormat << std::dec << " " << pf.nWidth << " x " << pf.nHeight;
 }
 
-TEST(FormatInfo, WritesOnlyWhereItAnswersTrue) {
-    bool bYuv = false;
-    bool bPlanar = true;
-    std::uint32_t bits = 0;
-    const PictureFormat good{UYVY, 2, 1, 0};
-    ASSERT_TRUE(GetFormatInfo(&good, &bYuv, &bPlanar, &bits));
-    EXPECT_TRUE(bYuv && !bPlanar && bits == 16);
-    const PictureFormat bad{RGB24, 2, 1, 1};
-    ASSERT_FALSE(GetFormatInfo(&bad, &bYuv, &bPlanar, &bits));
-    EXPECT_TRUE(bYuv && !bPlanar && bits == 16);
-}
-
 TEST(PlaneLayout, ResolvesDescriptorsToMemory) {
     const struct {
         PictureFormat pf;
@@ -99,11 +87,6 @@ TEST(BufferSize, CoversEveryPlaneAndGap) {
     EXPECT_EQ(GetBufferSize({YV12, 4, -4, 8}), 48u);
     EXPECT_EQ(GetBufferSize({RGB24, 102, 50, 0}), 15400u);
     EXPECT_EQ(GetBufferSize({YUY2, 3, 2, 0}), 0u);
-}
-
-TEST(ScratchSize, TakesTheLargestOfBothPictures) {
-    EXPECT_EQ(GetScratchSize({RGB32, 10, -7, 0}, {RGB24, 8, 5, 12}), 12u * 7 * 16);
-    EXPECT_EQ(GetScratchSize({RGB32, 32767, 32767, 0}, {RGB32, 1, 1, 0}), std::size_t{32767} * 32767 * 16);
 }
 
 } // namespace

@@ -115,11 +115,12 @@ private:
         Register(guardRow.pszName, "guarded", cb,
                  [=] { MixRows(rows->src.Data(), rows->w.Data(), rows->dst.Data(), &size, 1, size.cx, size.cx); });
         Register(guardRow.pszName, "bare", cb, [=] {
-            for (LONG y = 0; y < size.cy; ++y) {
+            BYTE* pDst = rows->dst.Data();
+            const BYTE* pSrc = rows->src.Data();
+            const BYTE* pWeight = rows->w.Data();
+            for (LONG y = 0; y < size.cy; ++y, pDst += size.cx, pSrc += size.cx, pWeight += size.cx) {
                 const LONG pitch = y + 1 == size.cy ? 0 : size.cx;
-                const LONG at = y * size.cx;
-                MixRow(rows->dst.Data() + at, rows->src.Data() + at, rows->w.Data() + at,
-                       static_cast<std::size_t>(size.cx), pitch, pitch);
+                MixRow(pDst, pSrc, pWeight, static_cast<std::size_t>(size.cx), pitch, pitch);
             }
         });
         m_Lines.push_back({guardRow.pszName, "guarded", "bare", guardRow.goal});

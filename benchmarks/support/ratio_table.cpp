@@ -1,5 +1,6 @@
 #include "support/ratio_table.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace vellumcaster::bench {
@@ -14,6 +15,10 @@ constexpr const char* pszInstructions = "SSE2, vectors of 16 bytes";
 constexpr const char* pszInstructions = "the compiler's default, vectors of 16 bytes";
 #endif
 
+double Quantile(const std::vector<double>& sorted, double part) {
+    return sorted[static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1))];
+}
+
 } // namespace
 
 bool CRatioTable::ReportContext(const Context& /*context*/) {
@@ -25,30 +30,34 @@ bool CRatioTable::ReportContext(const Context& /*context*/) {
 void CRatioTable::ReportRuns(const std::vector<Run>& runs) {
     for (const Run& run : runs) {
         const std::string& name = run.run_name.function_name;
-        if (run.error_occurred) std::printf("%s: %s\n", name.c_str(), run.error_message.c_str());
-        if (run.aggregate_name == "median") m_Measured[name].median = run.GetAdjustedCPUTime();
-        if (run.aggregate_name == "cv") m_Measured[name].spread = run.cpu_accumulated_time;
+        if (run.error_occurred)
+            std::printf("%s: %s\n", name.c_str(), run.error_message.c_str());
+        else if (run.run_type == Run::RT_Iteration)
+            m_Times[name].push_back(run.GetAdjustedCPUTime());
     }
 }
 
 void CRatioTable::Finalize() {
-    std::printf("%-28s %-10s %-10s %6s  %-8s %-8s %s\n", "", "", "against", "ratio", "goal", "", "spread");
+    std::printf("%-28s %-9s %-9s %6s  %-15s %s\n", "", "", "against", "ratio", "goal", "by medians");
+    for (auto& [name, times] : m_Times)
+        std::sort(times.begin(), times.end());
     for (const RatioLine& line : m_Lines)
         PrintLine(line);
 }
 
 void CRatioTable::PrintLine(const RatioLine& line) const {
-    const auto ours = m_Measured.find(line.row + '/' + line.pszOurs);
-    const auto rival = m_Measured.find(line.row + '/' + line.pszRival);
-    if (ours == m_Measured.end() || rival == m_Measured.end()) return;
+    const auto ours = m_Times.find(line.row + '/' + line.pszOurs);
+    const auto rival = m_Times.find(line.row + '/' + line.pszRival);
+    if (ours == m_Times.end() || rival == m_Times.end()) return;
 
-    const double ratio = ours->second.median / rival->second.median;
-    std::printf("%-28s %-10s %-10s %6.3f  ", line.row.c_str(), line.pszOurs, line.pszRival, ratio);
+    const auto ratioAt = [&](double part) { return Quantile(ours->second, part) / Quantile(rival->second, part); };
+    const double ratio = ratioAt(0.25);
+    std::printf("%-28s %-9s %-9s %6.3f  ", line.row.c_str(), line.pszOurs, line.pszRival, ratio);
     if (line.goal)
-        std::printf("<= %.2f  %-8s ", *line.goal, ratio <= *line.goal ? "met" : "missed");
+        std::printf("<= %.2f  %-7s", *line.goal, ratio <= *line.goal ? "met" : "missed");
     else
-        std::printf("%-8s %-8s ", "", "");
-    std::printf("%3.0f %% / %.0f %%\n", 100 * ours->second.spread, 100 * rival->second.spread);
+        std::printf("%-16s", "");
+    std::printf("%6.3f\n", ratioAt(0.5));
 }
 
 int RunAndPrintTable(int argc, char** argv, std::vector<RatioLine> lines) {

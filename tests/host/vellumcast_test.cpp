@@ -1,3 +1,5 @@
+#include "platform/kernel/trace.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -5,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -36,9 +39,19 @@ protected:
         const std::string line =
             "cd '" + m_Folder.string() + "' && V='" VELLUMCAST_PROGRAM "' && { " + command + "; } 2>'" + errors + "'";
         const int status = std::system(line.c_str()); // NOLINT(cert-env33-c,concurrency-mt-unsafe)
-        Outcome outcome{WEXITSTATUS(status), Read(".errors")};
+        Outcome outcome{WEXITSTATUS(status), SentencesOf(Read(".errors"))};
         fs::remove(errors);
         return outcome;
+    }
+
+    /// What the program said to its user; where lines of diagnosis are built in, they come the same way.
+    static std::string SentencesOf(const std::string& errors) {
+        if (!vellumcaster::bTracing) return errors;
+        std::string sentences;
+        std::istringstream lines(errors);
+        for (std::string line; std::getline(lines, line);)
+            if (line.starts_with("vellumcast: ")) sentences += line + '\n';
+        return sentences;
     }
 
     std::string Path(const std::string& name) const { return (m_Folder / name).string(); }

@@ -52,6 +52,17 @@ template <class Call>
     return faultNone;
 }
 
+/// The loop of `RunStepsGuarded`. It stands by itself, since a function that a fault may land in keeps nothing in
+/// registers.
+template <class Step>
+[[gnu::noinline]] void RunSteps(volatile LONG& begun, LONG count, Step step) {
+    for (LONG i = begun; i < count; ++i) {
+        begun = i + 1;
+        step(i);
+        std::atomic_signal_fence(std::memory_order_seq_cst);
+    }
+}
+
 /// Runs `step(i)` for i from 0 to `count` - 1 under one guard, which costs a guard a loop and not a guard a step.
 /// A fault ends the step that it strikes, `onFault(i, code)` is told, and the loop goes on behind it. Neither of
 /// the two may throw.
@@ -60,11 +71,7 @@ void RunStepsGuarded(LONG count, const Step& step, const OnFault& onFault) {
     volatile LONG begun = 0;
     CFaultGuard guard;
     if (sigsetjmp(guard.m_Landing, 0) != 0) onFault(begun - 1, guard.m_Fault);
-    for (LONG i = begun; i < count; ++i) {
-        begun = i + 1;
-        step(i);
-        std::atomic_signal_fence(std::memory_order_seq_cst);
-    }
+    RunSteps(begun, count, step);
 }
 
 } // namespace vellumcaster

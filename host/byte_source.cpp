@@ -1,6 +1,8 @@
 #include "host/byte_source.h"
 
+#include "host/interruption.h"
 #include "host/refusal.h"
+#include "host/wide_pipe.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,6 +20,7 @@ namespace {
 constexpr std::size_t cbAhead = 4096;
 
 [[noreturn]] void RefuseToRead(const std::string& name, int error) {
+    EndIfInterrupted();
     throw Refusal("cannot read " + name + ": " + std::generic_category().message(error));
 }
 
@@ -34,7 +37,9 @@ int OpenToRead(const std::string& path) {
 } // namespace
 
 CByteSource::CByteSource(const std::string& path)
-    : m_Name(path == "-" ? "standard input" : path), m_fd(OpenToRead(path)) {}
+    : m_Name(path == "-" ? "standard input" : path), m_fd(OpenToRead(path)) {
+    WidenPipe(m_fd);
+}
 
 CByteSource::~CByteSource() {
     if (m_fd != STDIN_FILENO) close(m_fd);
@@ -42,6 +47,7 @@ CByteSource::~CByteSource() {
 
 std::size_t CByteSource::ReadSome(std::span<std::uint8_t> bytes) {
     for (;;) {
+        EndIfInterrupted();
         const ssize_t cb = read(m_fd, bytes.data(), bytes.size());
         if (cb >= 0) return static_cast<std::size_t>(cb);
         if (errno != EINTR) RefuseToRead(m_Name, errno);
@@ -56,8 +62,8 @@ bool CByteSource::FillAhead() {
     return !m_Ahead.empty();
 }
 
-std::optional<std::string> CByteSource::ReadLine(std::size_t cbMost) {
-    std::string line;
+LineEnd CByteSource::ReadLine(std::string& line, std::size_t cbMost) {
+    line.clear();
     while (line.size() <= cbMost && FillAhead()) {
         const auto first = m_Ahead.begin() + static_cast<std::ptrdiff_t>(m_nTaken);
         const auto end = std::find(first, m_Ahead.end(), std::uint8_t{'\n'});
@@ -65,9 +71,9 @@ std::optional<std::string> CByteSource::ReadLine(std::size_t cbMost) {
         m_nTaken += static_cast<std::size_t>(end - first);
         if (end == m_Ahead.end()) continue;
         ++m_nTaken;
-        return line.size() <= cbMost ? std::optional(line) : std::nullopt;
+        return line.size() <= cbMost ? LineEnd::Whole : LineEnd::TooLong;
     }
-    return std::nullopt;
+    return line.size() <= cbMost ? LineEnd::CutOff : LineEnd::TooLong;
 }
 
 std::size_t CByteSource::Read(std::span<std::uint8_t> bytes) {

@@ -2,13 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vellumcaster {
+
+/// How the reading of a line ended.
+enum class LineEnd {
+    Whole,
+    CutOff,  ///< by the end of the bytes
+    TooLong, ///< before its end was seen
+};
 
 /// Bytes from a file or from standard input, in order. One thread at a time. Every failure is a `Refusal` that
 /// names the source.
@@ -20,8 +26,8 @@ public:
     CByteSource& operator=(const CByteSource&) = delete;
     ~CByteSource();
 
-    /// The next line without its end, or nothing when the bytes end before it or it is longer than `cbMost`.
-    [[nodiscard]] std::optional<std::string> ReadLine(std::size_t cbMost);
+    /// Reads the next line. \param line  receives what was read of it, without its end; keeps its memory.
+    [[nodiscard]] LineEnd ReadLine(std::string& line, std::size_t cbMost);
 
     /// Fills `bytes` as far as there are any. \return how many were read.
     [[nodiscard]] std::size_t Read(std::span<std::uint8_t> bytes);

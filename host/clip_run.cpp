@@ -8,6 +8,7 @@
 #include "host/refusal.h"
 #include "host/y4m_reader.h"
 #include "image/format_names.h"
+#include "image/rounding.h"
 
 #include <algorithm>
 #include <exception>
@@ -26,9 +27,10 @@ std::string NamesOf(std::span<const std::uint32_t> codes) {
 }
 
 /// The format to mix in, by the name that was asked for.
-std::uint32_t ChoosePixels(const std::string& name, ChromaLayout layout) {
+std::uint32_t ChoosePixels(const std::optional<std::string>& wanted, ChromaLayout layout) {
     const std::span<const std::uint32_t> carried = CFrameCarrier::CarriedFormats(layout);
-    if (name.empty()) return carried.front();
+    if (!wanted) return carried.front();
+    const std::string& name = *wanted;
     const std::u16string wide(name.begin(), name.end());
     const std::uint32_t code = CPictureFormats::FormatFromName(wide.c_str());
     if (std::find(carried.begin(), carried.end(), code) != carried.end()) return code;
@@ -70,8 +72,8 @@ private:
 /// When a frame is shown, in units of 100 ns from the start of the clip.
 REFERENCE_TIME TimeOfFrame(std::int64_t nFrame, const FrameRate& rate) {
     constexpr double unitsPerSecond = 1e7;
-    return static_cast<REFERENCE_TIME>(unitsPerSecond * static_cast<double>(nFrame) *
-                                       static_cast<double>(rate.denominator) / static_cast<double>(rate.numerator));
+    return RoundToInt64(unitsPerSecond * static_cast<double>(nFrame) * static_cast<double>(rate.denominator) /
+                        static_cast<double>(rate.numerator));
 }
 
 /// One run: a clip, its way through the filter, and where it goes.

@@ -15,7 +15,7 @@ struct ClipRun {
     std::string output = "-";  ///< "-" is standard output
     std::vector<Panel> panels; ///< from the bottom of the stack up
     std::vector<Snapshot> snapshots;
-    std::string pixels; ///< the name of the pixel format to mix in; empty: the clip's own
+    std::optional<std::string> pixels; ///< the name of the pixel format to mix in; none: the clip's own
 };
 
 /// Takes a clip through the filter, frame by frame. A `Refusal` ends it, and then nothing stands under the

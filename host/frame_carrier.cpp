@@ -95,8 +95,11 @@ std::span<const std::uint32_t> CFrameCarrier::CarriedFormats(ChromaLayout layout
 
 CFrameCarrier::CFrameCarrier(const Y4mHeader& header, std::uint32_t dwFormat)
     : m_pfStream{dwFormat, header.width, header.height, static_cast<std::uint32_t>(header.width)} {
-    Take(m_blobClip, FrameSize(header));
-    if (!IsSameInBoth()) Take(m_blobStream, CPictureFormats::GetBufferSize(m_pfStream));
+    const std::size_t cbFrame = FrameSize(header);
+    // Rows are rounded up before they are counted, so a little below the header's limit the format's own one stands.
+    if (CPictureFormats::GetBufferSize(m_pfStream) != cbFrame) throw Refusal("the clip's frames are above 1 GiB");
+    Take(m_blobClip, cbFrame);
+    if (!IsSameInBoth()) Take(m_blobStream, cbFrame);
 }
 
 std::span<std::uint8_t> CFrameCarrier::ClipFrame() { return {m_blobClip.Data(), m_blobClip.Size()}; }

@@ -1,6 +1,8 @@
 #include "host/output_file.h"
 
+#include "host/interruption.h"
 #include "host/refusal.h"
+#include "host/wide_pipe.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -22,6 +24,18 @@ bool IsWrittenDirectly(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
+/// Whether a name such as /dev/stdout stands for the file that the caller has redirected standard output to. Its
+/// place in that file is the caller's.
+bool IsStandardOutput(const std::string& path) {
+    struct stat status {};
+    struct stat own {};
+    return stat(path.c_str(), &status) == 0 && fstat(STDOUT_FILENO, &own) == 0 && S_ISREG(own.st_mode) &&
+           status.st_dev == own.st_dev && status.st_ino == own.st_ino;
+}
+
+/// The name by which a file without one can be reached.
+std::string NameOfDescriptor(int fd) { return "/proc/self/fd/" + std::to_string(fd); }
+
 /// The file that a name stands for, behind symbolic links.
 std::string BehindLinks(const std::string& path) {
     std::error_code error;
@@ -37,16 +51,18 @@ std::string FolderOf(const std::string& path) {
 } // namespace
 
 COutputFile::COutputFile(const std::string& path) : m_Name(path == "-" ? "standard output" : path) {
-    if (path == "-") {
-        if (isatty(STDOUT_FILENO) == 1) throw Refusal("standard output is a terminal: name a file, or pipe it on");
+    if (path == "-" && isatty(STDOUT_FILENO) == 1)
+        throw Refusal("standard output is a terminal: name a file, or pipe it on");
+    if (path == "-" || IsStandardOutput(path)) {
         m_fd = STDOUT_FILENO;
     } else if (IsWrittenDirectly(path)) {
         m_fd = open(path.c_str(), O_WRONLY | O_CLOEXEC);
         if (m_fd < 0) Refuse(errno);
     } else {
         m_Target = BehindLinks(path);
-        OpenUnnamed();
+        OpenInterim();
     }
+    WidenPipe(m_fd);
 }
 
 COutputFile::~COutputFile() {
@@ -54,19 +70,44 @@ COutputFile::~COutputFile() {
     if (!m_Interim.empty()) unlink(m_Interim.c_str());
 }
 
-void COutputFile::OpenUnnamed() {
-    if (access(m_Target.c_str(), F_OK) == 0 && access(m_Target.c_str(), W_OK) != 0) Refuse(errno);
+void COutputFile::OpenInterim() {
+    struct stat earlier {};
+    const bool bReplaces = stat(m_Target.c_str(), &earlier) == 0;
+    if (bReplaces && access(m_Target.c_str(), W_OK) != 0) Refuse(errno);
+    if (!OpenUnnamed())
+        TakeInterimName([this](const char* pszName) {
+            m_fd = open(pszName, O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, modeOfNewFile);
+            return m_fd >= 0;
+        });
+    constexpr mode_t permissions = 0777;
+    if (bReplaces) static_cast<void>(fchmod(m_fd, earlier.st_mode & permissions)); // where there are any
+}
+
+/// \return false where there are no files without a name.
+bool COutputFile::OpenUnnamed() {
     m_fd = open(FolderOf(m_Target).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, modeOfNewFile);
-    if (m_fd >= 0) return;
-    if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) Refuse(errno);
-    std::string interim = m_Target + ".part" + std::to_string(getpid());
-    m_fd = open(interim.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, modeOfNewFile);
-    if (m_fd < 0) Refuse(errno);
-    m_Interim = std::move(interim);
+    if (m_fd < 0 && errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) Refuse(errno);
+    if (m_fd >= 0 && access(NameOfDescriptor(m_fd).c_str(), F_OK) != 0) close(std::exchange(m_fd, -1));
+    return m_fd >= 0;
+}
+
+/// Gives the file a name beside its target: the first that nobody has.
+template <class Take>
+void COutputFile::TakeInterimName(const Take& take) {
+    const std::string stem = FolderOf(m_Target) + "/.vellumcast-" + std::to_string(getpid()) + "-";
+    for (int nth = 0;; ++nth) {
+        std::string name = stem + std::to_string(nth);
+        if (take(name.c_str())) {
+            m_Interim = std::move(name);
+            return;
+        }
+        if (errno != EEXIST) Refuse(errno);
+    }
 }
 
 void COutputFile::Write(std::span<const std::uint8_t> bytes) {
     while (!bytes.empty()) {
+        EndIfInterrupted();
         const ssize_t cb = write(m_fd, bytes.data(), bytes.size());
         if (cb >= 0)
             bytes = bytes.subspan(static_cast<std::size_t>(cb));
@@ -80,15 +121,14 @@ void COutputFile::Write(std::string_view text) {
 }
 
 void COutputFile::Commit() {
-    if (!m_Target.empty() && m_Interim.empty()) {
-        // A link cannot take the place of a file that stands already; a name of its own can, by renaming.
-        std::string interim = m_Target + ".part" + std::to_string(getpid());
-        const std::string own = "/proc/self/fd/" + std::to_string(m_fd);
-        if (linkat(AT_FDCWD, own.c_str(), AT_FDCWD, interim.c_str(), AT_SYMLINK_FOLLOW) != 0) Refuse(errno);
-        m_Interim = std::move(interim);
-    }
-    const int fd = std::exchange(m_fd, -1);
-    if (fd != STDOUT_FILENO && close(fd) != 0) Refuse(errno);
+    EndIfInterrupted();
+    // A link cannot take the place of a file that stands already; a name of its own can, by renaming.
+    if (!m_Target.empty() && m_Interim.empty())
+        TakeInterimName([own = NameOfDescriptor(m_fd)](const char* pszName) {
+            return linkat(AT_FDCWD, own.c_str(), AT_FDCWD, pszName, AT_SYMLINK_FOLLOW) == 0;
+        });
+    // Some file systems tell only now that they are full; so standard output is closed too.
+    if (close(std::exchange(m_fd, -1)) != 0) Refuse(errno);
     if (m_Target.empty()) return;
     if (rename(m_Interim.c_str(), m_Target.c_str()) != 0) Refuse(errno);
     m_Interim.clear();
@@ -103,6 +143,7 @@ bool COutputFile::IsSameFileAs(int fd) const {
 }
 
 void COutputFile::Refuse(int error) const {
+    EndIfInterrupted();
     throw Refusal("cannot write " + m_Name + ": " + std::generic_category().message(error));
 }
 

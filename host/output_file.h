@@ -9,7 +9,8 @@ namespace vellumcaster {
 
 /// A file that comes to stand under its name whole or not at all. Until `Commit` it has no name (where the file
 /// system knows no such files, one beside the target's), so whatever ends the program, an earlier file of that name
-/// keeps its content. A target that is no regular file (a pipe, a device) and standard output are written directly.
+/// keeps its content; its permissions pass on to the new one. A target that is no regular file (a pipe, a device) and
+/// standard output are written directly.
 ///
 /// One thread at a time. Every failure is a `Refusal` that names the target.
 class COutputFile {
@@ -30,7 +31,10 @@ public:
     [[nodiscard]] bool IsSameFileAs(int fd) const;
 
 private:
-    void OpenUnnamed();
+    void OpenInterim();
+    bool OpenUnnamed();
+    template <class Take>
+    void TakeInterimName(const Take& take);
     [[noreturn]] void Refuse(int error) const;
 
     std::string m_Name;    ///< for sentences

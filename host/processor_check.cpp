@@ -1,8 +1,9 @@
 // Compiled for any processor of the family, unlike everything else, and run before anything else is: a processor that
 // cannot run the rest is told so in one sentence.
 
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
-#include <string_view>
 
 #include <unistd.h>
 
@@ -16,8 +17,8 @@ constexpr int firstOfAll = 101;
     if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
         __builtin_cpu_supports("fma"))
         return;
-    constexpr std::string_view sentence = "vellumcast: this build needs a processor of the class x86-64-v3 (AVX2)\n";
-    [[maybe_unused]] const ssize_t cb = write(STDERR_FILENO, sentence.data(), sentence.size());
+    dprintf(STDERR_FILENO, "%s: this build needs a processor of the class x86-64-v3 (AVX2)\n",
+            program_invocation_short_name);
     _exit(EXIT_FAILURE);
 }
 

@@ -99,9 +99,12 @@ void CheckGeometry(const Y4mHeader& header) {
 
 } // namespace
 
+bool IsY4mHeader(std::string_view line) {
+    return line.starts_with(signature) && (line.size() == signature.size() || line[signature.size()] == ' ');
+}
+
 Y4mHeader ParseY4mHeader(std::string_view line) {
-    if (!line.starts_with(signature) || (line.size() > signature.size() && line[signature.size()] != ' '))
-        throw Refusal("the input is no YUV4MPEG2 clip");
+    if (!IsY4mHeader(line)) throw Refusal("the input is no YUV4MPEG2 clip");
     line.remove_prefix(signature.size());
     Y4mHeader header;
     while (!line.empty()) {

@@ -30,6 +30,9 @@ struct Y4mHeader {
 /// Longest header line, and longest line before a frame, in bytes.
 inline constexpr std::size_t cbLongestY4mLine = 4096;
 
+/// Whether a first line, whole or not, is that of a YUV4MPEG2 stream.
+[[nodiscard]] bool IsY4mHeader(std::string_view line);
+
 /// Reads the first line of a stream, without its end. A `Refusal` says what is wrong with it: no YUV4MPEG2, a width or
 /// a height that is missing, no number, odd or too large, or a chroma layout other than 8-bit 4:2:0 and 4:2:2.
 [[nodiscard]] Y4mHeader ParseY4mHeader(std::string_view line);

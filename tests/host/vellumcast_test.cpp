@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -122,6 +123,8 @@ TEST_F(Vellumcast, ChangesNothingButThePanels) {
         EXPECT_EQ(outcome.errors, "");
         EXPECT_TRUE(Read("out.y4m") == expected) << pszPixels;
     }
+    ASSERT_EQ(Run("--panel 4,2,5,3,#FF0000,dx=2.5,dy=1 in.y4m /dev/stdout > first.y4m").status, 0);
+    EXPECT_TRUE(Read("first.y4m") == expected) << "options may stand before the names";
     ASSERT_EQ(Shell("cat in.y4m | \"$V\" --panel=4,2,5,3,#FF0000,dx=2.5,dy=1 | cat > piped.y4m").status, 0);
     EXPECT_TRUE(Read("piped.y4m") == expected);
 }
@@ -187,6 +190,8 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
     Write("garbage.y4m", clip + "FRAMES\n");
     Write("deep.y4m", "YUV4MPEG2 W16 H8 C420p10\n");
     Write("odd.y4m", "YUV4MPEG2 W15 H8\n");
+    Write("wild.y4m", "YUV4MPEG2 W16 H8 C\x1B[31m\rx\n");
+    Write("huge.y4m", "YUV4MPEG2 W32766 H21846\n"); // above the limit only with its rows rounded up
     Write("old.y4m", "old");
     Write("big.y4m", Clip("C420", 100, cb420));
     const auto names = Names();
@@ -196,13 +201,15 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
     } cases[] = {
         {"\"$V\" empty.y4m out.y4m", "empty.y4m is empty"},
         {"\"$V\" text.y4m out.y4m", "no YUV4MPEG2 clip"},
-        {"\"$V\" long.y4m out.y4m", "does not start with a whole YUV4MPEG2 header"},
-        {"\"$V\" cutheader.y4m out.y4m", "does not start with a whole YUV4MPEG2 header"},
+        {"\"$V\" long.y4m out.y4m", "long.y4m has a header of more than 4096 bytes"},
+        {"\"$V\" cutheader.y4m out.y4m", "cutheader.y4m is cut off in its header"},
         {"\"$V\" cutframe.y4m out.y4m", "cut off in frame 1, after 191 of 192 bytes"},
         {"\"$V\" cutframe.y4m old.y4m", "cut off in frame 1"},
         {"\"$V\" - out.y4m < cutline.y4m", "standard input has no FRAME line where frame 0"},
         {"\"$V\" garbage.y4m out.y4m", "no FRAME line where frame 2"},
         {"\"$V\" deep.y4m out.y4m", "10-bit 4:2:0 (C420p10)"},
+        {"\"$V\" wild.y4m out.y4m", "unknown (C?[31m?x)"},
+        {"\"$V\" huge.y4m out.y4m --pixels YV12", "frames are above 1 GiB"},
         {"\"$V\" odd.y4m out.y4m", "width is odd (15x8)"},
         {"\"$V\" missing.y4m out.y4m", "cannot read missing.y4m: No such file"},
         {"\"$V\" . out.y4m", "cannot read .: Is a directory"},
@@ -216,6 +223,7 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
         {"\"$V\" good.y4m out.y4m --pixels YUY2",
          "would have to be converted; as it is, it can be mixed in I420, YV12"},
         {"\"$V\" good.y4m out.y4m --pixels RGB9", "there is no such pixel format"},
+        {"\"$V\" good.y4m out.y4m --pixels ''", "there is no such pixel format"},
         {"\"$V\" good.y4m out.y4m --panel 1,2", "--panel 1,2: what is wanted is"},
         {"\"$V\" good.y4m out.y4m --unknown", "--unknown"},
         {"\"$V\" good.y4m out.y4m third", "third"},
@@ -237,6 +245,27 @@ TEST_F(Vellumcast, ReportsAReaderThatHasGone) {
     const Outcome outcome = Shell("{ \"$V\" in.y4m; echo $? > status; } | head -c 100 > /dev/null");
     EXPECT_EQ(Read("status"), "1\n");
     EXPECT_THAT(outcome.errors, testing::HasSubstr("cannot write standard output: Broken pipe"));
+}
+
+TEST_F(Vellumcast, LeavesNothingWhenASignalEndsIt) {
+    Write("in.y4m", Clip("C420", 1, cb420));
+    Write("old.y4m", "old");
+    // The pipe opens when the program has it open too. It never gets to the end that would complete its output.
+    const Outcome outcome = Shell("mkfifo pipe; \"$V\" pipe old.y4m & exec 3> pipe; cat in.y4m >&3; kill -TERM $!; "
+                                  "exec 3>&-; wait $!");
+    EXPECT_EQ(outcome.status, 128 + SIGTERM);
+    EXPECT_THAT(outcome.errors, testing::Not(testing::HasSubstr("vellumcast: ")));
+    EXPECT_EQ(Read("old.y4m"), "old");
+    EXPECT_THAT(Names(), testing::UnorderedElementsAre("in.y4m", "old.y4m", "pipe"));
+}
+
+TEST_F(Vellumcast, PassesThePermissionsOfAnEarlierFileOn) {
+    Write("in.y4m", Clip("C420", 1, cb420));
+    Write("out.y4m", "old");
+    fs::permissions(Path("out.y4m"), fs::perms::owner_read | fs::perms::owner_write);
+    ASSERT_EQ(Run("in.y4m out.y4m").status, 0);
+    EXPECT_EQ(Read("out.y4m"), Read("in.y4m"));
+    EXPECT_EQ(fs::status(Path("out.y4m")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST_F(Vellumcast, TakesAClipWithoutFrames) {

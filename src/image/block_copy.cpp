@@ -11,6 +11,7 @@ HRESULT CopyBlock(const BYTE* pSrc, BYTE* pDst, const PictureFormat* a, const Pi
                   const RECT* inB) {
     if (!Img_EnsurePrimitives()) return E_UNEXPECTED;
     if (!pSrc || !pDst || !a || !b) return E_INVALIDARG;
+    if (a->dwFormat != b->dwFormat) return E_NOTIMPL;
     BlockPair block;
     const HRESULT hr = LocateBlockPair(*a, *b, inA, inB, block);
     if (hr != S_OK) return hr;

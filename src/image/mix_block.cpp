@@ -46,10 +46,10 @@ HRESULT CPictureFormats::MixBlockAlpha(const BYTE* pColor, const BYTE* pWeight, 
                                        const RECT* prcOverlay, const RECT* prcFrame) {
     if (!Img_EnsurePrimitives()) return E_UNEXPECTED;
     if (!pColor || !pWeight || !pFrame || !pfOverlay || !pfFrame) return E_INVALIDARG;
+    if (pfOverlay->dwFormat != pfFrame->dwFormat) return E_NOTIMPL;
     BlockPair block;
     const HRESULT hr = LocateBlockPair(*pfOverlay, *pfFrame, prcOverlay, prcFrame, block);
     if (hr != S_OK) return hr;
-    if (block.size.cx == 0 || block.size.cy == 0) return S_OK;
 
     const bool bFrameRunsUpward = block.a.layout.bBottomUp != block.b.layout.bBottomUp;
     const auto mixSlot = [&](std::size_t slot, const SIZE& size, std::size_t bytesPerPixel) {

@@ -3,6 +3,7 @@
 #include "image/format_table.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace vellumcaster::CPictureFormats {
 
@@ -119,7 +120,10 @@ std::size_t GetBufferSize(const PictureFormat& pf) {
 std::size_t GetScratchSize(const PictureFormat& a, const PictureFormat& b) {
     const auto widest =
         std::max({std::int64_t{a.nWidth}, std::int64_t{a.nStride}, std::int64_t{b.nWidth}, std::int64_t{b.nStride}});
-    return static_cast<std::size_t>(widest * std::max(RowCount(a), RowCount(b)) * 16);
+    const std::int64_t nRows = std::max(RowCount(a), RowCount(b));
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max() / 16;
+    if (nRows != 0 && widest > most / nRows) return static_cast<std::size_t>(most) * 16;
+    return static_cast<std::size_t>(widest * nRows * 16);
 }
 
 } // namespace vellumcaster::CPictureFormats

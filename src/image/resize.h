@@ -1,0 +1,33 @@
+#pragma once
+
+#include "image/picture_format.h"
+
+#include <vellumcaster/results.h>
+
+namespace vellumcaster {
+
+/// `nMode` of `Img_Resize`; any other value below 64 is handed to the scaling primitive as its interpolation, and a
+/// value from 64 up names a kernel of the resampler.
+enum ResizeMode : std::int32_t {
+    resizeNearest = 32,
+    resizeLinear = 33,
+    resizeBest = 34,      ///< area average where neither side grows, else cubic
+    resizeSmoothRows = 35 ///< resampled vertically, cubic horizontally
+};
+
+/// Scales a block of a picture into a block of another of the same format and row order; the sizes of the blocks
+/// set the factors. Keeps no state: calls on different buffers may run at once.
+///
+/// \param pSrc, pDst  at least as large as their descriptors say.
+/// \param prcSrc, prcDst  null for the whole picture.
+/// \param pWork  `GetScratchSize` bytes of the caller's; null: taken for the length of the call where needed.
+/// \param nSharpen  0 none; up to 50 sharpens, down to -50 softens; the outermost pixels keep their values.
+/// \return S_OK, also for RGB565 and RGB555, which are not scaled; S_FALSE when nothing is left after clipping;
+///         E_INVALIDARG for a null pointer, different formats or row orders, a refused descriptor, a rectangle
+///         without an inside or an unknown kernel; E_OUTOFMEMORY; E_UNEXPECTED without primitives; else a
+///         primitive's status as a result. After a failure the target is as far written as the work had come.
+[[nodiscard]] HRESULT Img_Resize(const void* pSrc, void* pDst, const PictureFormat* pfSrc, const PictureFormat* pfDst,
+                                 const RECT* prcSrc, const RECT* prcDst, std::int32_t nMode, void* pWork,
+                                 std::int32_t nSharpen);
+
+} // namespace vellumcaster

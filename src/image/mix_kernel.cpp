@@ -133,14 +133,29 @@ void MixMemory(BYTE* pDst, const BYTE* pSrc, const BYTE* pWeight, std::size_t cb
     MixRow(pDst, pSrc, pWeight, cb, 0, 0);
 }
 
-void MixScaleWeights(const BYTE* pSrc, BYTE* pDst, std::uint32_t alpha, std::uint32_t shift, std::size_t cb) {
+namespace {
+
+/// The shift as a function object, so that the one that is used has a loop in which it is a constant.
+template <class Shift>
+void ScaleWeights(const BYTE* pSrc, BYTE* pDst, std::uint32_t alpha, Shift shift, std::size_t cb) {
     const auto scale = static_cast<std::uint16_t>(alpha);
-    const auto half = static_cast<std::uint16_t>(1u << (shift - 1));
+    const auto half = static_cast<std::uint16_t>(1u << (shift() - 1));
     const std::size_t cbRounded = cb & ~std::size_t{7};
     for (std::size_t i = 0; i < cbRounded; ++i)
-        pDst[i] = static_cast<BYTE>(static_cast<std::uint16_t>(pSrc[i] * scale + half) >> shift);
+        pDst[i] = static_cast<BYTE>(static_cast<std::uint16_t>(pSrc[i] * scale + half) >> shift());
     for (std::size_t i = cbRounded; i < cb; ++i)
-        pDst[i] = static_cast<BYTE>(pSrc[i] * scale >> shift);
+        pDst[i] = static_cast<BYTE>(pSrc[i] * scale >> shift());
+}
+
+} // namespace
+
+void MixScaleWeights(const BYTE* pSrc, BYTE* pDst, std::uint32_t alpha, std::uint32_t shift, std::size_t cb) {
+    if (shift == 8)
+        ScaleWeights(
+            pSrc, pDst, alpha, [] { return 8u; }, cb);
+    else
+        ScaleWeights(
+            pSrc, pDst, alpha, [shift] { return shift; }, cb);
 }
 
 } // namespace vellumcaster

@@ -1,10 +1,11 @@
 #include "engine/overlay_engine.h"
+#include "image/layer_planes.h"
 
 namespace vellumcaster {
 
 namespace {
 
-constexpr DWORD AlphaByte(LONG color) { return static_cast<DWORD>(color) >> 24; }
+constexpr DWORD AlphaByte(LONG color) { return AlphaOf(static_cast<DWORD>(color)); }
 
 bool ColorsDiffer(const OVERLAY_PROPS& a, const OVERLAY_PROPS& b) {
     return a.lForeColor != b.lForeColor || a.lBackColor != b.lBackColor || a.lOutColor != b.lOutColor;

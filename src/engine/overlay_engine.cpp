@@ -51,6 +51,14 @@ HRESULT COverlayEngine::GetItemProps(Cookie nCookie, OVERLAY_PROPS* pProps) {
     });
 }
 
+HRESULT COverlayEngine::GetItemSize(Cookie nCookie, SIZE* pSize) {
+    if (!pSize) return E_POINTER;
+    return WithItem(nCookie, [pSize](const OverlayItem& item) {
+        *pSize = item.sizeItem;
+        return S_OK;
+    });
+}
+
 HRESULT COverlayEngine::SetItemProps(Cookie nCookie, const OVERLAY_PROPS* pProps, LONG /*nMask*/) {
     if (!pProps) return E_INVALIDARG;
     return WithItem(nCookie, [this, pProps](OverlayItem& item) { return ApplyProps(item, *pProps); });

@@ -34,6 +34,19 @@ public:
     /// \return S_OK; E_OUTOFMEMORY, and list, cookie and dirty flag are as before.
     HRESULT AddItem(const OverlayItem& item, Cookie* pnCookie);
 
+    /// Puts a bitmap on top of the stack, hidden, at (0, 0), with an alpha of 255. It is copied, scaled and prepared
+    /// without the item lock.
+    /// \param pImageInfo  24 or 32 bits, not compressed; where the picture is scaled it then describes the scaled one.
+    /// \param cbImage  bytes at `pbImage`, at least the record's `biSizeImage`.
+    /// \param bsItemName  null for "Memory Image".
+    /// \param nColorKeyMin, nColorKeyMax  as in the item's properties.
+    /// \param pSize  in: the size wanted in pixels, a 0 in either for the bitmap's own; out: the item's. May be null.
+    /// \param pnCookie  receives the item's cookie; may be null.
+    /// \return S_OK; E_INVALIDARG for a null bitmap, too few bytes, or a bitmap that cannot be taken; E_NOTIMPL in a
+    ///         stream whose format items cannot be prepared for; E_OUTOFMEMORY. After a failure the list is as before.
+    HRESULT AddImageFromMemory2(ImageInfoTag* pImageInfo, DWORD cbImage, const BYTE* pbImage, BSTR bsItemName,
+                                LONG nColorKeyMin, LONG nColorKeyMax, SIZE* pSize, Cookie* pnCookie);
+
     /// \return S_OK; E_INVALIDARG for an unknown cookie.
     HRESULT RemoveItem2(Cookie nCookie);
 
@@ -46,6 +59,10 @@ public:
     /// The whole record, with a copy of the item's name in `bsTextString` that the caller frees.
     /// \return S_OK; E_POINTER; E_INVALIDARG for an unknown cookie; E_OUTOFMEMORY.
     HRESULT GetItemProps(Cookie nCookie, OVERLAY_PROPS* pProps);
+
+    /// Width and height of the item in pixels.
+    /// \return S_OK; E_POINTER; E_INVALIDARG for an unknown cookie.
+    HRESULT GetItemSize(Cookie nCookie, SIZE* pSize);
 
     /// Applies a whole record: every field counts. The exact position is set to the record's, and what the
     /// changes make necessary is drawn anew.

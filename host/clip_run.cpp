@@ -1,5 +1,6 @@
 #include "host/clip_run.h"
 
+#include "engine/stream_painter.h"
 #include "engine/vellumcaster_filter.h"
 #include "graph/plain/plain_sample.h"
 #include "host/frame_carrier.h"
@@ -9,6 +10,7 @@
 #include "host/y4m_reader.h"
 #include "image/format_names.h"
 #include "image/rounding.h"
+#include "platform/com/utf8.h"
 
 #include <algorithm>
 #include <exception>
@@ -28,16 +30,12 @@ std::string NamesOf(std::span<const std::uint32_t> codes) {
 
 /// The format to mix in, by the name that was asked for.
 std::uint32_t ChoosePixels(const std::optional<std::string>& wanted, ChromaLayout layout) {
-    const std::span<const std::uint32_t> carried = CFrameCarrier::CarriedFormats(layout);
-    if (!wanted) return carried.front();
-    const std::string& name = *wanted;
-    const std::u16string wide(name.begin(), name.end());
-    const std::uint32_t code = CPictureFormats::FormatFromName(wide.c_str());
+    if (!wanted) return CFrameCarrier::OwnFormat(layout);
+    const std::span<const std::uint32_t> carried = CFrameCarrier::CarriedFormats();
+    const std::uint32_t code = CPictureFormats::FormatFromName(FromUtf8(*wanted).c_str());
     if (std::find(carried.begin(), carried.end(), code) != carried.end()) return code;
-    const bool bKnown = !CPictureFormats::NameFromFormat(code).empty();
-    throw Refusal("--pixels " + name + ": " +
-                  (bKnown ? "this clip would have to be converted" : "there is no such pixel format") +
-                  "; as it is, it can be mixed in " + NamesOf(carried));
+    throw Refusal("--pixels " + *wanted + ": there is no such pixel format; a clip can be mixed in " +
+                  NamesOf(carried));
 }
 
 /// The pin at the end of the filter. What goes wrong behind it is kept, because no exception passes through a pin.
@@ -86,8 +84,10 @@ public:
           m_Carrier(reader.Header(), ChoosePixels(run.pixels, reader.Header().layout)) {
         m_spIn->m_pfConnected = m_spOut->m_pfConnected = m_Carrier.StreamFormat();
         m_spOut->m_spMemInput = m_spSink.Get();
-        for (const Panel& panel : run.panels)
-            AddPanel(panel);
+        m_Painter.SetInputFormat(m_Carrier.StreamFormat().dwFormat);
+        m_Painter.SetOutputFormat(m_Carrier.StreamFormat().dwFormat);
+        for (const auto& item : run.items)
+            std::visit([this](const auto& kind) { Add(kind); }, item);
     }
 
     void Run() {
@@ -108,7 +108,9 @@ public:
     [[nodiscard]] std::int64_t FrameCount() const { return m_nFrame; }
 
 private:
-    void AddPanel(const Panel& panel) {
+    void Add(const Picture& picture) { static_cast<void>(AddPicture(m_Filter.Engine(), picture)); }
+
+    void Add(const Panel& panel) {
         const OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
         if (FAILED(m_Filter.Engine().AddItem(item, nullptr))) throw Refusal("there is no memory for another panel");
     }
@@ -135,7 +137,7 @@ private:
     CFrameCarrier m_Carrier;
     std::int64_t m_nFrame = 0;
     std::string m_FrameLine;
-    CHandPaintedItems m_Painter;
+    CStreamPainter m_Painter;
     CComPtr<CPlainInputPin> m_spIn = MakeCounted<CPlainInputPin>();
     CComPtr<CPlainOutputPin> m_spOut = MakeCounted<CPlainOutputPin>();
     CComPtr<CFrameSink> m_spSink = MakeCounted<CFrameSink>([this] { TakeMixedFrame(); });

@@ -1,19 +1,21 @@
 #pragma once
 
 #include "host/panel.h"
+#include "host/picture.h"
 #include "host/snapshot.h"
 
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace vellumcaster {
 
 /// What a run is asked to do.
 struct ClipRun {
-    std::string input = "-";   ///< "-" is standard input
-    std::string output = "-";  ///< "-" is standard output
-    std::vector<Panel> panels; ///< from the bottom of the stack up
+    std::string input = "-";                         ///< "-" is standard input
+    std::string output = "-";                        ///< "-" is standard output
+    std::vector<std::variant<Panel, Picture>> items; ///< from the bottom of the stack up
     std::vector<Snapshot> snapshots;
     std::optional<std::string> pixels; ///< the name of the pixel format to mix in; none: the clip's own
 };

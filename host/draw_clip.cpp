@@ -1,6 +1,7 @@
 // Draws the clip that stands in where nobody brought one: four seconds of hills under a changing sky, as YUV4MPEG2.
 
 #include "host/output_file.h"
+#include "host/owned_cairo.h"
 #include "host/refusal.h"
 
 #include <array>
@@ -9,16 +10,14 @@
 #include <cstdint>
 #include <cstdio>
 #include <exception>
-#include <memory>
 #include <numbers>
 #include <string>
 #include <vector>
 
-#include <cairo.h>
-
 namespace {
 
 using vellumcaster::COutputFile;
+using vellumcaster::OwnedCairo;
 using vellumcaster::Refusal;
 
 constexpr int nWidth = 1280;
@@ -35,14 +34,6 @@ constexpr Rgb Blend(const Rgb& a, const Rgb& b, double t) {
     return {a.r + (b.r - a.r) * t, a.g + (b.g - a.g) * t, a.b + (b.b - a.b) * t};
 }
 
-struct Destroy {
-    void operator()(cairo_surface_t* p) const { cairo_surface_destroy(p); }
-    void operator()(cairo_t* p) const { cairo_destroy(p); }
-    void operator()(cairo_pattern_t* p) const { cairo_pattern_destroy(p); }
-};
-template <class T>
-using Owned = std::unique_ptr<T, Destroy>;
-
 void AddStop(cairo_pattern_t* pPattern, double offset, const Rgb& c, double alpha = 1.0) {
     cairo_pattern_add_color_stop_rgba(pPattern, offset, c.r, c.g, c.b, alpha);
 }
@@ -54,7 +45,7 @@ void FillWith(cairo_t* pCairo, cairo_pattern_t* pPattern) {
 
 /// \param t  0 at the first frame, 1 at the end of the clip; the same for the rest.
 void DrawSky(cairo_t* pCairo, double t) {
-    const Owned<cairo_pattern_t> sky(cairo_pattern_create_linear(0, 0, 0, nHeight));
+    const OwnedCairo<cairo_pattern_t> sky(cairo_pattern_create_linear(0, 0, 0, nHeight));
     AddStop(sky.get(), 0.0, Blend({0.09, 0.13, 0.30}, {0.22, 0.16, 0.38}, t));
     AddStop(sky.get(), 0.45, Blend({0.36, 0.42, 0.66}, {0.72, 0.40, 0.50}, t));
     AddStop(sky.get(), 0.75, Blend({0.96, 0.76, 0.60}, {0.99, 0.62, 0.38}, t));
@@ -63,7 +54,7 @@ void DrawSky(cairo_t* pCairo, double t) {
 }
 
 void DrawGlow(cairo_t* pCairo, double x, double y, double radius, const Rgb& color, double alpha) {
-    const Owned<cairo_pattern_t> glow(cairo_pattern_create_radial(x, y, 0, x, y, radius));
+    const OwnedCairo<cairo_pattern_t> glow(cairo_pattern_create_radial(x, y, 0, x, y, radius));
     AddStop(glow.get(), 0.0, color, alpha);
     AddStop(glow.get(), 0.35, color, alpha * 0.45);
     AddStop(glow.get(), 1.0, color, 0.0);
@@ -158,8 +149,8 @@ void ToPlanes(cairo_surface_t* pSurface, std::vector<std::uint8_t>& planes) {
 }
 
 void DrawClip(COutputFile& output) {
-    const Owned<cairo_surface_t> surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, nWidth, nHeight));
-    const Owned<cairo_t> cairo(cairo_create(surface.get()));
+    const OwnedCairo<cairo_surface_t> surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, nWidth, nHeight));
+    const OwnedCairo<cairo_t> cairo(cairo_create(surface.get()));
     if (cairo_status(cairo.get()) != CAIRO_STATUS_SUCCESS) throw Refusal("there is no memory for a frame");
     std::vector<std::uint8_t> planes(nPixels * 3 / 2);
     output.Write("YUV4MPEG2 W" + std::to_string(nWidth) + " H" + std::to_string(nHeight) +

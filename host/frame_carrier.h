@@ -9,31 +9,44 @@
 
 namespace vellumcaster {
 
-/// Carries a clip's frames into a stream's pixel format and back, without loss: planes change places, 4:2:2 is
-/// packed, and no value is touched.
+/// Carries a clip's frames into a stream's pixel format and back, in one or more steps of conversion. Between formats
+/// of the same sampling no value is touched. RGB is reached by way of UYVY, between which and 32 bits the colours of
+/// ITU-R BT.601 come out right in both directions.
 class CFrameCarrier {
 public:
-    /// \param dwFormat  one of `CarriedFormats`.
+    /// \param dwFormat  one of `CarriedFormats`. A `Refusal` where the clip's geometry does not fit it, or there is no
+    ///        memory.
     CFrameCarrier(const Y4mHeader& header, std::uint32_t dwFormat);
 
-    /// The formats that a clip of this layout can be carried in; the first is what it is carried in by itself.
-    [[nodiscard]] static std::span<const std::uint32_t> CarriedFormats(ChromaLayout layout);
+    /// The formats that a clip can be carried in.
+    [[nodiscard]] static std::span<const std::uint32_t> CarriedFormats();
+    /// The one that a clip of this layout is carried in where none is asked for.
+    [[nodiscard]] static std::uint32_t OwnFormat(ChromaLayout layout);
 
     /// The frame as the clip has it: planes Y, U, V.
     [[nodiscard]] std::span<std::uint8_t> ClipFrame();
     /// The frame as the stream has it; the same memory where both agree.
     [[nodiscard]] std::span<std::uint8_t> StreamFrame();
-    [[nodiscard]] const PictureFormat& StreamFormat() const { return m_pfStream; }
+    [[nodiscard]] const PictureFormat& StreamFormat() const { return m_Stages.back().pf; }
 
     void ClipToStream();
     void StreamToClip();
 
 private:
-    [[nodiscard]] bool IsSameInBoth() const { return m_pfStream.dwFormat == format_code::I420; }
+    /// The frame in one of the formats on the way.
+    struct Stage {
+        PictureFormat pf;
+        CVirtualBlob blob;
+    };
 
-    PictureFormat m_pfStream;
-    CVirtualBlob m_blobClip;
-    CVirtualBlob m_blobStream; ///< empty where both agree
+    void AddStage(std::uint32_t dwFormat);
+    static void Convert(Stage& from, Stage& to);
+    void PackClip();
+    void UnpackClip();
+
+    Y4mHeader m_Header;
+    CVirtualBlob m_blobPlanes; ///< of a 4:2:2 clip: no format has them as planes
+    std::vector<Stage> m_Stages;
 };
 
 } // namespace vellumcaster

@@ -1,21 +1,15 @@
 #pragma once
 
 #include "engine/overlay_item.h"
-
-#include <string>
+#include "host/item_option.h"
 
 namespace vellumcaster {
 
 /// A flat item as the command line asks for it.
 struct Panel {
-    LONG x = 0; ///< pixels, any value
-    LONG y = 0;
+    ItemPlacement placement;
     SIZE size;               ///< pixels, even, at least 2
     std::uint32_t color = 0; ///< red in the low byte
-    BYTE alpha = 255;        ///< 0 invisible to 255 opaque
-    double dx = 0.0;         ///< pixels a frame
-    double dy = 0.0;
-    bool bWrap = false; ///< comes in again at the opposite edge
 };
 
 /// Reads "X,Y,W,H,#RRGGBB[,alpha=0..255][,dx=N][,dy=N][,wrap]". Sizes are rounded down to even ones.

@@ -1,14 +1,12 @@
 #include "host/snapshot.h"
 
 #include "host/output_file.h"
+#include "host/owned_cairo.h"
 #include "host/refusal.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <memory>
-
-#include <cairo.h>
 
 namespace vellumcaster {
 
@@ -58,11 +56,6 @@ private:
     Range m_Range;
 };
 
-struct DestroySurface {
-    void operator()(cairo_surface_t* p) const { cairo_surface_destroy(p); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, DestroySurface>;
-
 void Paint(cairo_surface_t* pSurface, const Y4mHeader& header, std::span<const std::uint8_t> planes) {
     const auto width = static_cast<std::size_t>(header.width);
     const auto height = static_cast<std::size_t>(header.height);
@@ -110,7 +103,8 @@ Snapshot ParseSnapshot(const std::string& text) {
 
 void WriteSnapshot(const std::string& path, const Y4mHeader& header, std::span<const std::uint8_t> planes) {
     COutputFile file(path);
-    const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, header.width, header.height));
+    const OwnedCairo<cairo_surface_t> surface(
+        cairo_image_surface_create(CAIRO_FORMAT_RGB24, header.width, header.height));
     if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS)
         throw Refusal("there is no memory for the picture " + path);
     Paint(surface.get(), header, planes);

@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <exception>
 #include <new>
-#include <optional>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -24,39 +23,39 @@ constexpr const char* pszDescription =
 
 constexpr const char* pszPanelHelp =
     "A flat panel: X,Y,W,H,#RRGGBB[,alpha=0..255][,dx=N][,dy=N][,wrap]. Position and size in pixels, sizes rounded "
-    "down to even ones; dx, dy in pixels a frame; wrap brings it in again at the opposite edge. Again for more, the "
-    "last on top.";
+    "down to even ones; dx, dy in pixels a frame; wrap brings it in again at the opposite edge. Again for more, of "
+    "panels and images together the last on top.";
 
-/// What the command line says, before it is looked at.
-struct Words {
-    std::string input = "-";
-    std::string output = "-";
-    std::optional<std::string> pixels;
-    std::vector<std::string> panels;
-    std::vector<std::string> snapshots;
-};
+constexpr const char* pszImageHelp =
+    "A bitmap file of 24 or 32 bits: "
+    "FILE.bmp[,x=N][,y=N][,w=N][,h=N][,alpha=0..255][,key=topleft|MIN-MAX][,dx=N][,dy=N]"
+    "[,wrap]. w and h scale it, one alone in proportion. key makes the colour of the first pixel transparent, or gives "
+    "the colours from MIN to MAX (RRGGBB, or AARRGGBB for an edge whose alpha runs from MIN's to MAX's) that alpha.";
 
-void Describe(CLI::App& app, Words& words) {
-    app.set_version_flag("--version", "vellumcast " VELLUM_VERSION);
-    app.add_option("input", words.input, "The clip; - or nothing: standard input");
-    app.add_option("output", words.output, "Where it goes; - or nothing: standard output");
-    app.add_option("--panel", words.panels, pszPanelHelp)->allow_extra_args(false);
-    app.add_option("--pixels", words.pixels,
-                   "The pixel format to mix in: I420 or YV12 for 4:2:0; YUY2, UYVY or YVYU for 4:2:2");
-    app.add_option("--snapshot", words.snapshots, "N:FILE.png keeps frame N, counted from 0, as a picture")
-        ->allow_extra_args(false);
+constexpr const char* pszPixelsHelp =
+    "The pixel format to mix in: I420, YV12, YUY2, UYVY, YVYU, RGB32, RGB24 or ARGB32. Where it is not the clip's own "
+    "sampling, each frame is converted and back.";
+
+/// An option that may come again, each time with one text; `take` is called in the order of the command line.
+template <class Take>
+void AddRepeated(CLI::App& app, const char* pszName, const char* pszHelp, Take take) {
+    app.add_option_function<std::string>(pszName, take, pszHelp)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+        ->trigger_on_parse()
+        ->type_name("TEXT ...");
 }
 
-ClipRun ToRun(const Words& words) {
-    ClipRun run;
-    run.input = words.input;
-    run.output = words.output;
-    run.pixels = words.pixels;
-    for (const std::string& text : words.panels)
-        run.panels.push_back(ParsePanel(text));
-    for (const std::string& text : words.snapshots)
-        run.snapshots.push_back(ParseSnapshot(text));
-    return run;
+void Describe(CLI::App& app, ClipRun& run) {
+    app.set_version_flag("--version", "vellumcast " VELLUM_VERSION);
+    app.add_option("input", run.input, "The clip; - or nothing: standard input");
+    app.add_option("output", run.output, "Where it goes; - or nothing: standard output");
+    AddRepeated(app, "--panel", pszPanelHelp,
+                [&run](const std::string& text) { run.items.emplace_back(ParsePanel(text)); });
+    AddRepeated(app, "--image", pszImageHelp,
+                [&run](const std::string& text) { run.items.emplace_back(ParsePicture(text)); });
+    app.add_option("--pixels", run.pixels, pszPixelsHelp);
+    AddRepeated(app, "--snapshot", "N:FILE.png keeps frame N, counted from 0, as a picture",
+                [&run](const std::string& text) { run.snapshots.push_back(ParseSnapshot(text)); });
 }
 
 /// Says the sentence in one line: what it quotes of a clip or a command line may hold anything.
@@ -75,11 +74,11 @@ int RunVellumcast(int argc, char** argv) {
     static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     WatchForInterruptions();
     CLI::App app(pszDescription, "vellumcast");
-    Words words;
+    ClipRun run;
     try {
-        Describe(app, words);
+        Describe(app, run);
         app.parse(argc, argv);
-        RunClip(ToRun(words));
+        RunClip(run);
         return 0;
     } catch (const Interruption& interruption) {
         EndBy(interruption);

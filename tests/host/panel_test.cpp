@@ -9,15 +9,12 @@ namespace {
 
 TEST(Panel, IsReadFromTheCommandLine) {
     const Panel panel = ParsePanel("-20,7,33,2,#1E90fF,dx=-2.5,wrap,alpha=0,dy=1e1");
-    EXPECT_EQ(panel.x, -20);
-    EXPECT_EQ(panel.y, 7);
     EXPECT_EQ(panel.size, (SIZE{32, 2}));
     EXPECT_EQ(panel.color, 0x00FF901Eu);
-    EXPECT_EQ(panel.alpha, 0);
-    EXPECT_EQ(panel.dx, -2.5);
-    EXPECT_EQ(panel.dy, 10.0);
-    EXPECT_TRUE(panel.bWrap);
-    const Panel plain = ParsePanel("0,0,2,2,#000000");
+    const ItemPlacement& placement = panel.placement;
+    EXPECT_TRUE(placement.x == -20 && placement.y == 7 && placement.alpha == 0);
+    EXPECT_TRUE(placement.dx == -2.5 && placement.dy == 10.0 && placement.bWrap);
+    const ItemPlacement plain = ParsePanel("0,0,2,2,#000000").placement;
     EXPECT_TRUE(plain.alpha == 255 && !plain.bWrap && plain.dx == 0.0);
 }
 

@@ -1,0 +1,242 @@
+#include "image/convert.h"
+
+#include "image/plane_layout.h"
+#include "support/guarded_buffer.h"
+#include "support/pixel_model.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace vellumcaster {
+namespace {
+
+using namespace format_code;
+using testing_support::CGuardedBuffer;
+using testing_support::CPictureModel;
+using testing_support::PixelSamples;
+
+bool IsPlanar(std::uint32_t f) { return f == YV12 || f == I420; }
+bool Is32(std::uint32_t f) { return f == ARGB32 || f == RGB32; }
+bool IsWord(std::uint32_t f) { return f == RGB565 || f == RGB555; }
+bool IsRgb(std::uint32_t f) { return Is32(f) || f == RGB24 || IsWord(f); }
+
+int Clamp(int v) { return std::clamp(v, 0, 255); }
+
+/// What a pixel becomes, worked out for that pixel by itself.
+class CRule {
+public:
+    CRule(std::uint32_t from, std::uint32_t to, CPictureModel& source) : m_From(from), m_To(to), m_Source(source) {}
+
+    PixelSamples At(LONG x, LONG y) {
+        const PixelSamples s = m_Source.Read(x, y);
+        if (IsRgb(m_From) && IsRgb(m_To)) return Is32(m_From) ? s : PixelSamples{0, 0, 0, s.b, s.g, s.r, 255};
+        if (Is32(m_From)) return FromRgb32(x, y, s);
+        if (m_From == RGB24) return IsPlanar(m_To) ? FromRgb24Block(x, y, s) : FromRgb24Pair(x, y, s);
+        if (!IsRgb(m_To)) return FromYuv(x, y, s);
+        return IsPlanar(m_From) ? FromPlanes(s) : FromPacked(s);
+    }
+
+private:
+    PixelSamples FromRgb32(LONG x, LONG y, const PixelSamples& s) {
+        const LONG row = IsPlanar(m_To) ? y & ~1 : y; // chroma of the odd rows is dropped
+        const PixelSamples p = m_Source.Read(x & ~1, row);
+        const PixelSamples q = m_Source.Read(x | 1, row);
+        const int b = p.b + q.b, g = p.g + q.g, r = p.r + q.r;
+        return {.y = (6423 * s.b + 33030 * s.g + 16843 * s.r + 0x108000) >> 16,
+                .u = (28770 * b - 19071 * g - 9699 * r + 0x1010000) >> 17,
+                .v = (-4653 * b - 24117 * g + 28770 * r + 0x100FFFE) >> 17};
+    }
+
+    /// Byte 0, which is blue, is taken for red, and V and U change places.
+    PixelSamples FromRgb24Pair(LONG x, LONG y, const PixelSamples& s) {
+        const PixelSamples p = m_Source.Read(x & ~1, y);
+        const PixelSamples q = m_Source.Read(x | 1, y);
+        const int b = p.b + q.b, g = p.g + q.g, r = p.r + q.r;
+        return {.y = (16843 * s.b + 33030 * s.g + 6423 * s.r + (x % 2 == 0 ? 0x108000 : 0x100000)) >> 16,
+                .u = (28770 * b - 24117 * g - 4653 * r + 0x1010000) >> 17,
+                .v = (-9699 * b - 19071 * g + 28770 * r + 0x1010000) >> 17};
+    }
+
+    PixelSamples FromRgb24Block(LONG x, LONG y, const PixelSamples& s) {
+        int b = 0, g = 0, r = 0;
+        for (const LONG row : {y & ~1, y | 1})
+            for (const LONG column : {x & ~1, x | 1}) {
+                const PixelSamples p = m_Source.Read(column, row);
+                b += p.b, g += p.g, r += p.r;
+            }
+        return {.y = (16843 * s.b + 33030 * s.g + 6423 * s.r + 0x108000) >> 16,
+                .u = (28770 * b - 24117 * g - 4653 * r + 33587200) >> 18,
+                .v = (-9699 * b - 19071 * g + 28770 * r + 33587200) >> 18};
+    }
+
+    PixelSamples FromYuv(LONG x, LONG y, const PixelSamples& s) {
+        if (!IsPlanar(m_To) || IsPlanar(m_From)) return s;
+        const PixelSamples even = m_Source.Read(x, y & ~1);
+        return {.y = s.y, .u = even.u, .v = even.v};
+    }
+
+    PixelSamples FromPlanes(const PixelSamples& s) const {
+        const int du = s.u - 128, dv = s.v - 128;
+        if (Is32(m_To))
+            return {.b = Clamp(((s.y << 16) + du * 74711 + 32768) >> 16),
+                    .g = Clamp(((s.y << 16) - du * 38076 - dv * 25821 + 32768) >> 16),
+                    .r = Clamp(((s.y << 16) + dv * 133169 + 32768) >> 16)};
+        if (m_To == RGB24)
+            return {.b = Clamp((s.y * 76284 + du * 104595 - 1220544) >> 16),
+                    .g = Clamp((s.y * 76284 - dv * 25690 - du * 53281 - 1220544) >> 16),
+                    .r = Clamp((s.y * 76284 + dv * 132186 - 1220544) >> 16)};
+        const int y = ((s.y - 16) * 1220480) >> 16;
+        return {.b = Clamp((y + ((du * 128 * 13074) >> 16)) >> 4),
+                .g = Clamp((y - ((dv * 128 * 3211) >> 16) - ((du * 128 * 6660) >> 16)) >> 4),
+                .r = Clamp((y + ((dv * 128 * 16523) >> 16)) >> 4)};
+    }
+
+    PixelSamples FromPacked(const PixelSamples& s) const {
+        const int du = s.u - 128, dv = s.v - 128, l = (s.y - 16) * 76282;
+        if (Is32(m_To))
+            return {.b = Clamp((l + du * 132184 + 32768) >> 16),
+                    .g = Clamp((l - du * 25689 - dv * 53279 + 32768) >> 16),
+                    .r = Clamp((l + dv * 104593 + 32768) >> 16),
+                    .a = 255};
+        return {.b = Clamp((s.y * 76284 + s.u * 104595 - 14608761) >> 16),
+                .g = Clamp((s.y * 76284 - s.v * 25690 - s.u * 53281 + 8887730) >> 16),
+                .r = Clamp((s.y * 76284 + s.v * 132186 - 18140365) >> 16)};
+    }
+
+    std::uint32_t m_From;
+    std::uint32_t m_To;
+    CPictureModel& m_Source;
+};
+
+struct ConvertCase {
+    PictureFormat from, to;
+    RECT rcFrom, rcTo;
+    BYTE bKeepSource;
+    bool bOwnWork;
+};
+
+std::ostream& operator<<(std::ostream& os, const ConvertCase& c) {
+    return os << std::hex << c.from.dwFormat << " to " << c.to.dwFormat << std::dec << ", heights " << c.from.nHeight
+              << " to " << c.to.nHeight << ", keep " << int{c.bKeepSource} << ", own work " << c.bOwnWork;
+}
+
+void Check(const ConvertCase& c, HRESULT hrWant = S_OK) {
+    const std::uint64_t seed = testing_support::FreshSeed();
+    SCOPED_TRACE(testing::Message() << c << ", seed " << seed);
+    CGuardedBuffer source(CPictureFormats::GetBufferSize(c.from), 0, seed);
+    CGuardedBuffer target(CPictureFormats::GetBufferSize(c.to), 0, seed + 1);
+    CGuardedBuffer work(CPictureFormats::GetScratchSize(c.from, c.to), 0, seed + 2);
+    const CGuardedBuffer sourceBefore = source;
+    CGuardedBuffer workWant = work;
+    CGuardedBuffer want = target;
+    CPictureModel sourceModel(c.from, source.Data());
+    CPictureModel wantModel(c.to, want.Data());
+    if (hrWant == S_OK && !IsWord(c.from.dwFormat)) {
+        CRule rule(c.from.dwFormat, c.to.dwFormat, sourceModel);
+        for (LONG y = 0; y < c.rcTo.bottom - c.rcTo.top; ++y)
+            for (LONG x = 0; x < c.rcTo.right - c.rcTo.left; ++x)
+                wantModel.Write(c.rcTo.left + x, c.rcTo.top + y, rule.At(c.rcFrom.left + x, c.rcFrom.top + y));
+    }
+    EXPECT_EQ(Img_Convert(source.Data(), target.Data(), &c.from, &c.to, &c.rcFrom, &c.rcTo, c.bKeepSource,
+                          c.bOwnWork ? work.Data() : nullptr),
+              hrWant);
+    EXPECT_EQ(target.DifferenceFrom(want).value_or(""), "");
+    if (c.bKeepSource) {
+        EXPECT_EQ(source.DifferenceFrom(sourceBefore).value_or(""), "");
+    }
+    std::copy_n(work.Data(), work.Size(), workWant.Data()); // what is in it is its own business
+    EXPECT_EQ(work.DifferenceFrom(workWant).value_or(""), "");
+}
+
+TEST(Convert, GivesEveryPixelItsRouteInEveryRowOrder) {
+    for (const std::uint32_t from : testing_support::processedFormats)
+        for (const std::uint32_t to : testing_support::processedFormats)
+            for (int variant = 0; variant < 16; ++variant) {
+                const bool bBlock = (variant & 8) != 0;
+                const LONG fromHeight = variant & 1 ? -22 : 22;
+                const LONG toHeight = variant & 2 ? -24 : 24;
+                const RECT rcFrom = bBlock ? RECT{2, 4, 40, 22} : RECT{0, 0, 44, 22};
+                const RECT rcTo = bBlock ? RECT{6, 2, 44, 20} : RECT{4, 2, 48, 24};
+                Check({{from, 44, fromHeight, bBlock ? 50u : 0u},
+                       {to, 50, toHeight, bBlock ? 0u : 54u},
+                       rcFrom,
+                       rcTo,
+                       static_cast<BYTE>(variant >> 2 & 1),
+                       variant % 3 == 0});
+            }
+}
+
+TEST(Convert, TakesOddBlocksWhereTheFormatsHaveThem) {
+    for (const std::uint32_t from : {ARGB32, RGB32, RGB24})
+        for (const std::uint32_t to : {ARGB32, RGB32, RGB24, RGB565, RGB555})
+            for (const LONG height : {7, -7})
+                Check({{from, 9, height, 0}, {to, 5, 7, 11}, {1, 0, 6, 7}, {0, 0, 5, 7}, 1, false});
+}
+
+TEST(Convert, GivesTheFiguresOfTheStandard) {
+    const struct {
+        std::uint32_t pixel; // 0xAARRGGBB
+        BYTE y, u, v;
+    } cases[] = {{0xFFFFFFFF, 235, 128, 128}, {0x00000000, 16, 128, 128}, {0x12FF0000, 82, 90, 240},
+                 {0x3400FF00, 145, 54, 34},   {0x560000FF, 41, 240, 110}, {0x78808080, 126, 128, 128}};
+    for (const auto& c : cases) {
+        std::uint32_t pair[2] = {c.pixel, c.pixel};
+        BYTE yuy2[4] = {};
+        const PictureFormat from{RGB32, 2, -1, 0}, to{YUY2, 2, 1, 0};
+        ASSERT_EQ(Img_Convert(pair, yuy2, &from, &to, nullptr, nullptr, 1, nullptr), S_OK);
+        EXPECT_TRUE(yuy2[0] == c.y && yuy2[1] == c.u && yuy2[2] == c.y && yuy2[3] == c.v)
+            << int{yuy2[0]} << " " << int{yuy2[1]} << " " << int{yuy2[2]} << " " << int{yuy2[3]};
+    }
+}
+
+TEST(Convert, KeepsTheSourceOnlyWhereItIsAskedTo) {
+    BYTE rows[2][4] = {{1, 2, 3, 4}, {5, 6, 7, 8}};
+    BYTE out[2][4] = {};
+    const PictureFormat up{RGB32, 1, 2, 0}, down{RGB32, 1, -2, 0};
+    ASSERT_EQ(Img_Convert(rows, out, &up, &down, nullptr, nullptr, 0, nullptr), S_OK);
+    EXPECT_TRUE(rows[0][0] == 5 && rows[1][0] == 1 && out[0][0] == 5 && out[1][3] == 4);
+}
+
+TEST(Convert, AnswersInTheOrderOfItsChecks) {
+    BYTE pixels[256] = {};
+    const PictureFormat rgb{RGB32, 8, 4, 0}, yuy2{YUY2, 8, 4, 0}, refused{I420, 7, 4, 0}, unknown{RGB8, 8, 4, 0};
+    const RECT whole{0, 0, 8, 4}, smaller{0, 0, 4, 4}, empty{4, 0, 4, 4}, outside{9, 0, 17, 4}, touching{-8, 0, 0, 4};
+    const struct {
+        const PictureFormat *from, *to;
+        const RECT *rcFrom, *rcTo;
+        HRESULT hr;
+    } cases[] = {{nullptr, &yuy2, nullptr, nullptr, E_INVALIDARG}, {&rgb, nullptr, nullptr, nullptr, E_INVALIDARG},
+                 {&refused, &rgb, nullptr, nullptr, E_INVALIDARG}, {&rgb, &unknown, nullptr, nullptr, E_INVALIDARG},
+                 {&rgb, &yuy2, &empty, &empty, E_INVALIDARG},      {&rgb, &yuy2, &whole, &smaller, E_NOTIMPL},
+                 {&rgb, &yuy2, &outside, &whole, S_FALSE},         {&rgb, &yuy2, &whole, &touching, S_FALSE}};
+    for (const auto& c : cases)
+        EXPECT_EQ(Img_Convert(pixels, pixels + 128, c.from, c.to, c.rcFrom, c.rcTo, 0, nullptr), c.hr);
+    EXPECT_EQ(Img_Convert(nullptr, pixels, &rgb, &yuy2, nullptr, nullptr, 0, nullptr), E_INVALIDARG);
+    EXPECT_EQ(Img_Convert(pixels, nullptr, &rgb, &yuy2, nullptr, nullptr, 0, nullptr), E_INVALIDARG);
+    EXPECT_TRUE(std::all_of(pixels, pixels + 256, [](BYTE byte) { return byte == 0; }));
+}
+
+TEST(Convert, HandsAPrimitivesRefusalOn) {
+    BYTE pixels[64] = {};
+    BYTE planes[64] = {};
+    const PictureFormat rgb{RGB32, 4, -4, 0}, i420{I420, 4, 4, 0};
+    const RECT column{0, 0, 1, 4};
+    EXPECT_EQ(Img_Convert(pixels, planes, &rgb, &i420, &column, &column, 0, nullptr), -6);
+}
+
+TEST(Convert, SaysWhichRoutesNeedAWorkBlock) {
+    const auto needed = [](bool bKeep, std::uint32_t from, std::uint32_t to) {
+        if (Is32(from) && IsPlanar(to)) return true;
+        const bool bReordered =
+            (from == YUY2 && IsRgb(to)) || (from == YVYU && Is32(to)) || (from == UYVY && (to == RGB24 || IsWord(to)));
+        return bReordered && bKeep;
+    };
+    for (const std::uint32_t from : testing_support::processedFormats)
+        for (const std::uint32_t to : testing_support::processedFormats)
+            for (const bool bKeep : {false, true})
+                EXPECT_EQ(NeedsWorkBuffer(bKeep, from, to), needed(bKeep, from, to)) << std::hex << from << " " << to;
+}
+
+} // namespace
+} // namespace vellumcaster

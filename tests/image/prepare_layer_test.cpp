@@ -1,0 +1,136 @@
+#include "image/prepare_layer.h"
+
+#include "image/block_fill.h"
+#include "image/plane_layout.h"
+#include "support/random_bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace vellumcaster {
+namespace {
+
+using namespace format_code;
+
+constexpr SIZE size{6, 2};
+constexpr std::uint32_t streamFormats[] = {RGB32, RGB24, YUY2, YVYU, UYVY, YV12, I420};
+
+/// Every pixel blue 10, green 20, red 30, with this alpha.
+CTaskBlob FlatPicture(BYTE alpha) {
+    CTaskBlob blob;
+    EXPECT_EQ(blob.Resize(6 * 2 * 4), S_OK);
+    for (std::size_t i = 0; i < blob.Size(); i += 4) {
+        const BYTE pixel[] = {10, 20, 30, alpha};
+        std::copy_n(pixel, 4, blob.Data() + i);
+    }
+    return blob;
+}
+
+std::size_t PlaneSize(std::uint32_t format) { return CPictureFormats::GetBufferSize({format, 6, -2, 0}); }
+
+bool IsGap(std::uint32_t format, std::size_t i) { return format == RGB24 && i % 20 >= 18; }
+
+TEST(PrepareLayer, MakesThePlanesOfAnImageInEveryStreamFormat) {
+    for (const std::uint32_t format : streamFormats) {
+        SCOPED_TRACE(testing::Message() << std::hex << format);
+        OVERLAY_PROPS props;
+        props.sAlphaValue = 255;
+        props.nColorKeyMin = props.nColorKeyMax = -1;
+        OverlayLayer layer;
+        ASSERT_EQ(PrepareImage2(FlatPicture(200), size, format, props, layer), S_OK);
+        EXPECT_EQ(layer.planeColor.Size(), 48u);
+        ASSERT_EQ(layer.planeWeight.Size(), PlaneSize(format));
+        for (std::size_t i = 0; i < layer.planeWeight.Size(); ++i) // (200 * 255 + 128) >> 8, at the end 199 as well
+            if (!IsGap(format, i)) {
+                EXPECT_EQ(layer.planeWeight.Data()[i], 199) << i;
+            }
+        // Blue, or Y = (6423 * 10 + 33030 * 20 + 16843 * 30 + 0x108000) >> 16 = 35.
+        EXPECT_EQ(layer.planeColor.Data()[format == UYVY ? 1 : 0], format == RGB32 || format == RGB24 ? 10 : 35);
+
+        props.sAlphaValue = 0;
+        ASSERT_EQ(PrepareImage2(FlatPicture(200), size, format, props, layer), S_OK);
+        EXPECT_FALSE(layer.TakesPartInMixing());
+    }
+}
+
+TEST(PrepareLayer, AppliesTheKeyBeforeTheWeights) {
+    OVERLAY_PROPS props;
+    props.sAlphaValue = 255;
+    props.nColorKeyMin = -1;
+    props.nColorKeyMax = 0;
+    CTaskBlob picture = FlatPicture(255);
+    picture.Data()[44] = 11; // the last pixel differs
+    OverlayLayer layer;
+    ASSERT_EQ(PrepareImage2(picture, size, RGB32, props, layer), S_OK);
+    const BYTE* pWeight = layer.planeWeight.Data();
+    EXPECT_TRUE(std::all_of(pWeight, pWeight + 44, [](BYTE w) { return w == 0; }));
+    EXPECT_TRUE(std::all_of(pWeight + 44, pWeight + 48, [](BYTE w) { return w == 254; }));
+    EXPECT_EQ(picture.Data()[3], 255);
+}
+
+TEST(PrepareLayer, FillsATextsColourAndWeighsByBothAlphas) {
+    for (const std::uint32_t format : streamFormats) {
+        SCOPED_TRACE(testing::Message() << std::hex << format);
+        OverlayLayer layer;
+        constexpr std::uint32_t color = 0x80302010;
+        ASSERT_EQ(PrepareImage2(FlatPicture(255), size, format, color, 99, layer), S_OK);
+        CVirtualBlob want;
+        ASSERT_EQ(want.Alloc(48, true), S_OK);
+        const PictureFormat pf{format, 6, -2, 0};
+        ASSERT_EQ(CPictureFormats::FillBlock(want.Data(), &pf, color, nullptr), S_OK);
+        EXPECT_TRUE(std::equal(want.Data(), want.Data() + PlaneSize(format), layer.planeColor.Data()));
+        // Effective alpha round(99 * 128 / 255) = 50; weight (255 * 50 + 128) >> 8 = 50, behind groups of eight 49.
+        const std::size_t cb = PlaneSize(format);
+        for (std::size_t i = 0; i < cb; ++i)
+            if (!IsGap(format, i)) {
+                EXPECT_EQ(layer.planeWeight.Data()[i], i < (cb & ~std::size_t{7}) ? 50 : 49) << i;
+            }
+    }
+}
+
+TEST(PrepareLayer, EmptiesWhatATextDoesNotDraw) {
+    const struct {
+        std::uint32_t color;
+        std::int16_t alpha;
+        bool bCoverage, bColor, bWeight;
+    } cases[] = {{0x00FFFFFF, 255, true, false, false},
+                 {0xFFFFFFFF, 0, true, true, false},
+                 {0xFFFFFFFF, 255, false, false, false},
+                 {0x01FFFFFF, 1, true, true, false}, // 1 / 255 rounds to 0
+                 {0xFFFFFFFF, 1, true, true, true}};
+    for (const auto& c : cases) {
+        OverlayLayer layer;
+        ASSERT_EQ(PrepareImage2(FlatPicture(255), size, I420, 0xFFFFFFFF, 255, layer), S_OK);
+        const CTaskBlob coverage = c.bCoverage ? FlatPicture(255) : CTaskBlob();
+        ASSERT_EQ(PrepareImage2(coverage, size, I420, c.color, c.alpha, layer), S_OK);
+        EXPECT_EQ(!layer.planeColor.IsEmpty(), c.bColor);
+        EXPECT_EQ(!layer.planeWeight.IsEmpty(), c.bWeight);
+        EXPECT_EQ(!layer.planeAlpha.IsEmpty(), c.bCoverage);
+    }
+}
+
+TEST(PrepareLayer, LeavesALayerUndrawnWhenAStepFails) {
+    const CTaskBlob picture = FlatPicture(255);
+    const struct {
+        SIZE size;
+        std::uint32_t format;
+        HRESULT hr;
+    } cases[] = {{size, ARGB32, E_NOTIMPL},      {size, RGB565, E_NOTIMPL},        {{6, 1}, YUY2, E_INVALIDARG},
+                 {{5, 2}, I420, E_INVALIDARG},   {{3, 1}, RGB32, E_INVALIDARG},    {{6, 4}, RGB32, E_INVALIDARG},
+                 {{-6, 2}, RGB32, E_INVALIDARG}, {{32768, 2}, RGB32, E_INVALIDARG}};
+    for (const auto& c : cases) {
+        OVERLAY_PROPS props;
+        props.sAlphaValue = 255;
+        OverlayLayer layer;
+        ASSERT_EQ(PrepareImage2(picture, size, I420, props, layer), S_OK);
+        ASSERT_TRUE(layer.TakesPartInMixing());
+        EXPECT_EQ(PrepareImage2(picture, c.size, c.format, props, layer), c.hr);
+        EXPECT_FALSE(layer.TakesPartInMixing());
+        EXPECT_LT(PrepareImage2(picture, c.size, c.format, 0xFFFFFFFF, 255, layer), 0);
+        EXPECT_FALSE(layer.TakesPartInMixing());
+    }
+}
+
+} // namespace
+} // namespace vellumcaster

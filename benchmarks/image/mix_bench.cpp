@@ -4,6 +4,7 @@
 #include "image/plane_layout.h"
 #include "support/random_bytes.h"
 #include "support/ratio_table.h"
+#include "support/this_build.h"
 
 #include <cstdio>
 #include <cstring>
@@ -15,12 +16,6 @@ namespace {
 
 using testing_support::MixCase;
 
-#if defined(__AVX2__)
-constexpr bool bWide = true;
-#else
-constexpr bool bWide = false;
-#endif
-
 constexpr double slowestAgainstLibyuv = 1 / 0.97;
 constexpr std::size_t cbShortRun = std::size_t{1} << 20;
 
@@ -31,7 +26,7 @@ struct SceneRow {
     std::optional<double> wideGoal;     ///< against the limit, where compiled for AVX2
     std::optional<double> baselineGoal; ///< and elsewhere
 
-    [[nodiscard]] std::optional<double> LimitGoal() const { return bWide ? wideGoal : baselineGoal; }
+    [[nodiscard]] std::optional<double> LimitGoal() const { return bWideBuild ? wideGoal : baselineGoal; }
 };
 
 constexpr SceneRow sceneRows[] = {
@@ -168,7 +163,7 @@ bool GivesTheSameBytes(const MixCase& mixCase) {
 int main(int argc, char** argv) {
     using namespace vellumcaster;
 #if defined(VELLUM_BENCH_LIBYUV)
-    bench::HoldLibyuvToThisBuild();
+    bench::HoldLibyuvToThisBuild(true); // its blending knows nothing below
     for (const testing_support::MixCase& mixCase : testing_support::mixCases)
         if (!bench::GivesTheSameBytes(mixCase)) return 1;
 #else

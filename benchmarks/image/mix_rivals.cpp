@@ -57,14 +57,6 @@ void MoveItems(const CMixScene& scene, BYTE* pFrame) {
 
 #if defined(VELLUM_BENCH_LIBYUV)
 
-void HoldLibyuvToThisBuild() {
-#if defined(__x86_64__) && !defined(__AVX2__)
-    libyuv::MaskCpuFlags(libyuv::kCpuHasX86 | libyuv::kCpuHasSSE2 | libyuv::kCpuHasSSSE3);
-#elif defined(__x86_64__) && !defined(__AVX512F__)
-    libyuv::MaskCpuFlags(libyuv::kCpuHasAVX512BW - 1);
-#endif
-}
-
 void BlendItems(const CMixScene& scene, BYTE* pFrame) {
     for (const RowBlock& block : scene.Blocks()) {
         const auto overlayPitch = static_cast<int>(block.overlayPitch);

@@ -12,9 +12,6 @@ void MoveRow(BYTE* pDst, const BYTE* pSrc, const BYTE* pWeight, std::size_t cb);
 void MoveItems(const CMixScene& scene, BYTE* pFrame);
 
 #if defined(VELLUM_BENCH_LIBYUV)
-/// Holds libyuv to the instructions that this build is compiled for; its blending knows none below SSSE3.
-void HoldLibyuvToThisBuild();
-
 /// libyuv's blending over everything that the case mixes. Its rounding is the same as the kernel's.
 void BlendItems(const CMixScene& scene, BYTE* pFrame);
 

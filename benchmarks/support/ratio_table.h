@@ -34,6 +34,15 @@ private:
     std::map<std::string, std::vector<double>> m_Times; ///< of every repetition, by the benchmark's name
 };
 
+/// Registers `run` under `row`/`pszWho`.
+template <class Run>
+benchmark::internal::Benchmark* AddBenchmark(const std::string& row, const char* pszWho, Run run) {
+    return benchmark::RegisterBenchmark((row + '/' + pszWho).c_str(), [run](benchmark::State& state) {
+        for ([[maybe_unused]] auto _ : state)
+            run();
+    });
+}
+
 /// Runs what is registered, repeated and in mixed order, so that a disturbance strikes all of them alike, and
 /// prints the table. Flags of the benchmark library on the command line come before the defaults.
 /// \return the program's exit code; a goal that is missed is no failure.

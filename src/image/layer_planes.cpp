@@ -3,6 +3,7 @@
 #include "image/block_fill.h"
 #include "image/mix_kernel.h"
 #include "image/plane_layout.h"
+#include "image/rounding.h"
 
 #include <algorithm>
 
@@ -13,7 +14,7 @@ std::uint32_t EffectiveAlpha(std::int16_t alpha) {
 }
 
 std::uint32_t EffectiveAlpha(std::int16_t alpha, std::uint32_t color) {
-    return static_cast<std::uint32_t>(EffectiveAlpha(alpha) * AlphaOf(color) / 255.0 + 0.5);
+    return static_cast<std::uint32_t>(RoundToInt64(EffectiveAlpha(alpha) * AlphaOf(color) / 255.0));
 }
 
 bool IsPictureSize(const SIZE& size) {

@@ -17,6 +17,7 @@ void FillIn(std::int32_t& a, std::int32_t& b) {
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-function-size) two planes with their sizes and pitches
 HRESULT ResamplePlane(const BYTE* pSrc, BYTE* pDst, std::int32_t srcWidth, std::int32_t srcHeight,
                       std::int32_t dstWidth, std::int32_t dstHeight, std::int32_t srcPitch, std::int32_t dstPitch,
                       const ResampleParams* pParams, BYTE* pWork) {

@@ -46,7 +46,7 @@ PlanePair ChromaPlane(const ResizeCall& call, std::size_t slot, ChromaShift shif
 
 HRESULT ResizeThreePlanes(const ResizeCall& call, ChromaShift shift) {
     HRESULT hr = ResizeMainPlane(MainPlane(call, 1), call.method);
-    for (const std::size_t slot : {1, 2})
+    for (const std::size_t slot : {1u, 2u})
         if (hr == S_OK) hr = ResizeChromaPlane(ChromaPlane(call, slot, shift), call.method);
     return hr;
 }

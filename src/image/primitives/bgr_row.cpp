@@ -101,9 +101,9 @@ Dwords InTurn(std::uint32_t first, std::uint32_t second) {
 }
 
 /// As many pixels as fill whole vectors. \return their number.
-std::int32_t ConvertVectors(const BYTE* pSrc, BYTE* pDst, std::int32_t width) {
-    constexpr std::int32_t nPixels = 2 * cbVector / 4;
-    std::int32_t x = 0;
+std::ptrdiff_t ConvertVectors(const BYTE* pSrc, BYTE* pDst, std::ptrdiff_t width) {
+    constexpr std::ptrdiff_t nPixels = 2 * cbVector / 4;
+    std::ptrdiff_t x = 0;
     for (; x + nPixels <= width; x += nPixels) {
         const Samples a = ToSamples(pSrc + 4 * x);
         const Samples b = ToSamples(pSrc + 4 * x + cbVector);
@@ -115,14 +115,14 @@ std::int32_t ConvertVectors(const BYTE* pSrc, BYTE* pDst, std::int32_t width) {
 
 #else
 
-std::int32_t ConvertVectors(const BYTE*, BYTE*, std::int32_t) { return 0; }
+std::ptrdiff_t ConvertVectors(const BYTE*, BYTE*, std::ptrdiff_t) { return 0; }
 
 #endif
 
 } // namespace
 
-void BgrRowToCbYCr422(const BYTE* pSrc, BYTE* pDst, std::int32_t width) {
-    std::int32_t x = ConvertVectors(pSrc, pDst, width);
+void BgrRowToCbYCr422(const BYTE* pSrc, BYTE* pDst, std::ptrdiff_t width) {
+    std::ptrdiff_t x = ConvertVectors(pSrc, pDst, width);
     for (; x + 2 <= width; x += 2)
         StoreWord(pDst + 2 * x, PairToWord(SplitWord(LoadWord(pSrc + 4 * x)), SplitWord(LoadWord(pSrc + 4 * x + 4))));
     if (x == width) return;

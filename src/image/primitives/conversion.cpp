@@ -109,7 +109,7 @@ struct VideoRangeRounded {
 };
 
 struct StoreThreeBytes {
-    static void Store(BYTE* pRow, std::int32_t x, const PixelBytes& pixel) {
+    static void Store(BYTE* pRow, std::ptrdiff_t x, const PixelBytes& pixel) {
         pRow[3 * x] = static_cast<BYTE>(pixel.byte0);
         pRow[3 * x + 1] = static_cast<BYTE>(pixel.byte1);
         pRow[3 * x + 2] = static_cast<BYTE>(pixel.byte2);
@@ -119,18 +119,18 @@ struct StoreThreeBytes {
 struct StoreFourBytes {
     std::uint32_t fourth = 0; ///< in the top byte of the pixel's word
 
-    void Store(BYTE* pRow, std::int32_t x, const PixelBytes& pixel) const {
+    void Store(BYTE* pRow, std::ptrdiff_t x, const PixelBytes& pixel) const {
         StoreWord(pRow + 4 * x,
                   static_cast<std::uint32_t>(pixel.byte0 | pixel.byte1 << 8 | pixel.byte2 << 16) | fourth);
     }
 };
 
 struct Store565 {
-    static void Store(std::uint16_t* pRow, std::int32_t x, const PixelBytes& pixel) { pRow[x] = Pack565(pixel); }
+    static void Store(std::uint16_t* pRow, std::ptrdiff_t x, const PixelBytes& pixel) { pRow[x] = Pack565(pixel); }
 };
 
 struct Store555 {
-    static void Store(std::uint16_t* pRow, std::int32_t x, const PixelBytes& pixel) { pRow[x] = Pack555(pixel); }
+    static void Store(std::uint16_t* pRow, std::ptrdiff_t x, const PixelBytes& pixel) { pRow[x] = Pack555(pixel); }
 };
 
 /// One row of luma with its row of chroma.
@@ -145,8 +145,8 @@ SampleRow RowOf420(Planes ppSrc, Steps pSteps, std::int32_t y) {
 }
 
 template <class Color, class Storage, class Element>
-void ConvertSamplePairs(const SampleRow& row, std::int32_t nPairs, Element* pDst, const Storage& storage) {
-    for (std::int32_t i = 0; i < nPairs; ++i) {
+void ConvertSamplePairs(const SampleRow& row, std::ptrdiff_t nPairs, Element* pDst, const Storage& storage) {
+    for (std::ptrdiff_t i = 0; i < nPairs; ++i) {
         storage.Store(pDst, 2 * i, Color::ToPixel(row.pLuma[2 * i], row.pP1[i], row.pP2[i]));
         storage.Store(pDst, 2 * i + 1, Color::ToPixel(row.pLuma[2 * i + 1], row.pP1[i], row.pP2[i]));
     }
@@ -156,7 +156,7 @@ void ConvertSamplePairs(const SampleRow& row, std::int32_t nPairs, Element* pDst
 template <class Color, class Storage, class Edge = Color, class Element>
 void ConvertPlanes(Planes ppSrc, Steps pSteps, Element* pDst, std::int32_t dstStep, PrimSize size,
                    const Storage& storage = {}) {
-    const std::int32_t nPairs = size.width / 2;
+    const std::ptrdiff_t nPairs = size.width / 2;
     for (std::int32_t y = 0; y < size.height; ++y) {
         const SampleRow row = RowOf420(ppSrc, pSteps, y);
         Element* pDstRow = RowAt(pDst, dstStep, y);
@@ -181,11 +181,11 @@ struct ChromaFirst {
 template <class Order, class Color, class Storage, class Element>
 void ConvertPacked(const BYTE* pSrc, std::int32_t srcStep, Element* pDst, std::int32_t dstStep, PrimSize size,
                    const Storage& storage = {}) {
-    const std::int32_t nPairs = size.width / 2;
+    const std::ptrdiff_t nPairs = size.width / 2;
     for (std::int32_t row = 0; row < size.height; ++row) {
         const BYTE* pGroups = RowAt(pSrc, srcStep, row);
         Element* pDstRow = RowAt(pDst, dstStep, row);
-        for (std::int32_t i = 0; i < nPairs; ++i) {
+        for (std::ptrdiff_t i = 0; i < nPairs; ++i) {
             const BYTE* pGroup = pGroups + 4 * i;
             const int u = pGroup[Order::c1];
             const int v = pGroup[Order::c2];
@@ -212,11 +212,11 @@ constexpr int ChromaOfTwo(int weighed) { return (weighed + bt601::pairChromaOffs
 
 constexpr BYTE LowByte(int value) { return static_cast<BYTE>(value); }
 
-void RowToYCbCr422(const BYTE* pSrc, BYTE* pDst, std::int32_t width) {
+void RowToYCbCr422(const BYTE* pSrc, BYTE* pDst, std::ptrdiff_t width) {
     // The second luma sample of a pair has always been a half lower here than the first.
     constexpr int secondLumaOffset = 0x100000;
-    const std::int32_t nPairs = width / 2;
-    for (std::int32_t i = 0; i < nPairs; ++i) {
+    const std::ptrdiff_t nPairs = width / 2;
+    for (std::ptrdiff_t i = 0; i < nPairs; ++i) {
         const PixelBytes s = LoadThreeBytes(pSrc + 6 * i);
         const PixelBytes t = LoadThreeBytes(pSrc + 6 * i + 3);
         const PixelBytes sum = s + t;
@@ -243,13 +243,13 @@ BYTE ChromaOfBlock(const int (&weights)[3], const PixelBytes& sum) {
 
 /// One row of chroma from one or two rows of pixels.
 template <int nRows>
-void RowToMeanChroma(const BYTE* pUpper, const BYTE* pLower, BYTE* pP1, BYTE* pP2, std::int32_t width) {
-    const auto sumOfColumn = [=](std::int32_t x) {
+void RowToMeanChroma(const BYTE* pUpper, const BYTE* pLower, BYTE* pP1, BYTE* pP2, std::ptrdiff_t width) {
+    const auto sumOfColumn = [=](std::ptrdiff_t x) {
         const PixelBytes upper = LoadThreeBytes(pUpper + 3 * x);
         return nRows == 2 ? upper + LoadThreeBytes(pLower + 3 * x) : upper;
     };
-    const std::int32_t nPairs = width / 2;
-    for (std::int32_t i = 0; i < nPairs; ++i) {
+    const std::ptrdiff_t nPairs = width / 2;
+    for (std::ptrdiff_t i = 0; i < nPairs; ++i) {
         const PixelBytes sum = sumOfColumn(2 * i) + sumOfColumn(2 * i + 1);
         pP1[i] = ChromaOfBlock<2 * nRows>(RedFirst::c1, sum);
         pP2[i] = ChromaOfBlock<2 * nRows>(RedFirst::c2, sum);
@@ -263,8 +263,8 @@ void RowToMeanChroma(const BYTE* pUpper, const BYTE* pLower, BYTE* pP1, BYTE* pP
 // ---- samples to samples
 
 template <class Order>
-void PackRow(const SampleRow& row, BYTE* pDst, std::int32_t nPairs) {
-    for (std::int32_t i = 0; i < nPairs; ++i) {
+void PackRow(const SampleRow& row, BYTE* pDst, std::ptrdiff_t nPairs) {
+    for (std::ptrdiff_t i = 0; i < nPairs; ++i) {
         pDst[4 * i + Order::y0] = row.pLuma[2 * i];
         pDst[4 * i + Order::c1] = row.pP1[i];
         pDst[4 * i + Order::y1] = row.pLuma[2 * i + 1];
@@ -285,19 +285,19 @@ PrimStatus Pack420(Planes ppSrc, Steps pSteps, BYTE* pDst, std::int32_t dstStep,
 }
 
 template <int first>
-void TakeEverySecond(const BYTE* pPacked, BYTE* pDst, std::int32_t count) {
-    for (std::int32_t i = 0; i < count; ++i)
+void TakeEverySecond(const BYTE* pPacked, BYTE* pDst, std::ptrdiff_t count) {
+    for (std::ptrdiff_t i = 0; i < count; ++i)
         pDst[i] = pPacked[2 * i + first];
 }
 
 template <int first>
-void TakeEveryFourth(const BYTE* pPacked, BYTE* pDst, std::int32_t count) {
-    for (std::int32_t i = 0; i < count; ++i)
+void TakeEveryFourth(const BYTE* pPacked, BYTE* pDst, std::ptrdiff_t count) {
+    for (std::ptrdiff_t i = 0; i < count; ++i)
         pDst[i] = pPacked[4 * i + first];
 }
 
 template <class Order>
-void UnpackChroma(const BYTE* pPacked, BYTE* pP1, BYTE* pP2, std::int32_t nPairs) {
+void UnpackChroma(const BYTE* pPacked, BYTE* pP1, BYTE* pP2, std::ptrdiff_t nPairs) {
     TakeEveryFourth<Order::c1>(pPacked, pP1, nPairs);
     TakeEveryFourth<Order::c2>(pPacked, pP2, nPairs);
 }
@@ -381,7 +381,7 @@ PrimStatus ippiRGBToYCbCr420_8u_C3P3R(const BYTE* pSrc, std::int32_t srcStep, Pl
     for (std::int32_t y = 0; y < size.height; ++y) {
         const BYTE* pPixels = RowAt(pSrc, srcStep, y);
         BYTE* pLuma = RowAt(ppDst[0], pDstSteps[0], y);
-        for (std::int32_t x = 0; x < size.width; ++x)
+        for (std::ptrdiff_t x = 0; x < size.width; ++x)
             pLuma[x] = LowByte((Weigh(RedFirst::luma, LoadThreeBytes(pPixels + 3 * x)) + bt601::lumaOffset) >> 16);
     }
     for (std::int32_t y = 0; y < size.height; y += 2) {

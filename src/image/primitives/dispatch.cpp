@@ -17,7 +17,7 @@ int ReportFailure(const char* pszMessage) {
 /// code of its own.
 template <class Function>
 PrimitiveRow PortableRow(PrimIndex index, Function* pFunction) {
-    const PrimEntry entry = reinterpret_cast<PrimEntry>(pFunction);
+    const auto entry = reinterpret_cast<PrimEntry>(pFunction);
     return {&g_PrimSlots[static_cast<std::size_t>(index)], {entry, entry, entry, entry}};
 }
 

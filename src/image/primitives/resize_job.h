@@ -3,6 +3,7 @@
 #include "image/primitives/pixel_math.h"
 #include "image/primitives/primitive_types.h"
 
+#include <array>
 #include <memory>
 #include <new>
 
@@ -93,13 +94,16 @@ public:
         return m_Samples.Allocate(count * nSamples);
     }
 
+    void Clear() { m_nHeld = NothingHeld(); }
+
     /// The row of that number, absolute. `fill(pRow)` makes it, where it is not there yet.
     template <class Fill>
     const Sample* Row(std::int32_t y, Fill fill) {
         const std::int32_t slot = y % count;
         Sample* pRow = m_Samples.Data() + slot * m_nSamples;
-        if (m_nHeld[slot] != y) fill(pRow);
-        m_nHeld[slot] = y;
+        std::int32_t& held = m_nHeld[static_cast<std::size_t>(slot)];
+        if (held != y) fill(pRow);
+        held = y;
         return pRow;
     }
 

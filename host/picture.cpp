@@ -117,6 +117,18 @@ SIZE WantedSize(const Picture& picture, const Bitmap& bitmap) {
     return size;
 }
 
+/// Many programs leave the fourth byte of a pixel 0 where there is no transparency: a bitmap of which nothing at all
+/// would show means to be opaque.
+void ShowWhereNothingWouldShow(Bitmap& bitmap) {
+    if (bitmap.header.biBitCount != 32) return;
+    BYTE* pPixels = bitmap.Pixels();
+    const std::size_t cb = bitmap.header.biSizeImage;
+    for (std::size_t i = 3; i < cb; i += 4)
+        if (pPixels[i] != 0) return;
+    for (std::size_t i = 3; i < cb; i += 4)
+        pPixels[i] = 0xFF;
+}
+
 /// Scaling takes bitmaps from the bottom up alone.
 void TurnBottomUp(Bitmap& bitmap) {
     const bool bWords = bitmap.header.biBitCount == 32;
@@ -144,6 +156,7 @@ Picture ParsePicture(const std::string& text) {
 
 Cookie AddPicture(COverlayEngine& engine, const Picture& picture) {
     Bitmap bitmap = Load(picture);
+    ShowWhereNothingWouldShow(bitmap);
     SIZE size = WantedSize(picture, bitmap);
     if (size != SIZE{} && bitmap.header.biHeight < 0) TurnBottomUp(bitmap);
 

@@ -20,7 +20,8 @@ struct Picture {
 /// or RRGGBB. A `Refusal` names the picture and what is wrong with it.
 [[nodiscard]] Picture ParsePicture(const std::string& text);
 
-/// Loads a picture and puts it on top of an engine's stack, shown. A `Refusal` says why that cannot be.
+/// Loads a picture and puts it on top of an engine's stack, shown. One of 32 bits whose fourth bytes are all 0 counts as
+/// opaque. A `Refusal` says why that cannot be.
 /// \return the item's cookie.
 Cookie AddPicture(COverlayEngine& engine, const Picture& picture);
 

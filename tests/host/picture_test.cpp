@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <vector>
 
 namespace vellumcaster {
@@ -68,6 +69,26 @@ TEST(Picture, SaysWhatIsWrong) {
         } catch (const Refusal& refusal) {
             EXPECT_THAT(refusal.what(), testing::StartsWith("--image " + c.text + ": " + c.sentence));
         }
+    }
+}
+
+TEST(Picture, ShowsWhereItsFourthBytesAreAllZero) {
+    for (const BYTE fourth : {BYTE{0}, BYTE{1}}) {
+        BITMAPINFOHEADER header;
+        header.biSize = 40;
+        header.biWidth = header.biHeight = 2;
+        header.biPlanes = 1;
+        header.biBitCount = 32;
+        const BYTE pixels[16] = {9, 9, 9, 0, 9, 9, 9, 0, 9, 9, 9, 0, 9, 9, 9, fourth};
+        const std::string path = testing::TempDir() + "fourth.bmp";
+        ASSERT_EQ(CPicturePersist::SaveToFile(path.c_str(), &header, pixels), S_OK);
+        CStreamPainter painter;
+        painter.SetInputFormat(format_code::RGB32);
+        COverlayEngine engine(painter);
+        static_cast<void>(AddPicture(engine, ParsePicture(path)));
+        std::array<BYTE, 16> frame{};
+        ASSERT_EQ(engine.MixFrame({frame.data(), frame.size(), {format_code::RGB32, 2, -2, 2}}, {2, 2}, {}), S_OK);
+        EXPECT_EQ(frame[0], fourth == 0 ? 9 : 0);
     }
 }
 

@@ -25,7 +25,8 @@ private:
 };
 
 #if defined(VELLUM_BENCH_LIBYUV)
-/// libyuv's area average, of one channel or of four.
+/// libyuv's area average. For pixels of four samples it has one by halves only; any other is timed on a plane of as
+/// many bytes.
 void ScaleByBox(const ScaleCase& scaleCase, const BYTE* pSrc, BYTE* pDst);
 #endif
 

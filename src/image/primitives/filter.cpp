@@ -101,20 +101,17 @@ PrimStatus Filter(const BYTE* pSrc, std::int32_t srcStep, BYTE* pDst, std::int32
 namespace px {
 
 PrimStatus ippiFilter_8u_C1R(const BYTE* pSrc, std::int32_t srcStep, BYTE* pDst, std::int32_t dstStep, PrimSize size,
-                             const std::int32_t* pKernel, PrimSize kernelSize, PrimPoint anchor,
-                             std::int32_t divisor) {
+                             const std::int32_t* pKernel, PrimSize kernelSize, PrimPoint anchor, std::int32_t divisor) {
     return Filter<1>(pSrc, srcStep, pDst, dstStep, size, {pKernel, kernelSize, anchor, srcStep, 1}, divisor);
 }
 
 PrimStatus ippiFilter_8u_C3R(const BYTE* pSrc, std::int32_t srcStep, BYTE* pDst, std::int32_t dstStep, PrimSize size,
-                             const std::int32_t* pKernel, PrimSize kernelSize, PrimPoint anchor,
-                             std::int32_t divisor) {
+                             const std::int32_t* pKernel, PrimSize kernelSize, PrimPoint anchor, std::int32_t divisor) {
     return Filter<3>(pSrc, srcStep, pDst, dstStep, size, {pKernel, kernelSize, anchor, srcStep, 3}, divisor);
 }
 
 PrimStatus ippiFilter_8u_C4R(const BYTE* pSrc, std::int32_t srcStep, BYTE* pDst, std::int32_t dstStep, PrimSize size,
-                             const std::int32_t* pKernel, PrimSize kernelSize, PrimPoint anchor,
-                             std::int32_t divisor) {
+                             const std::int32_t* pKernel, PrimSize kernelSize, PrimPoint anchor, std::int32_t divisor) {
     return Filter<4>(pSrc, srcStep, pDst, dstStep, size, {pKernel, kernelSize, anchor, srcStep, 4}, divisor);
 }
 

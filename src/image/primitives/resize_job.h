@@ -70,7 +70,7 @@ public:
     /// \return whether there is room for `count` of them; their content is undefined.
     [[nodiscard]] bool Allocate(std::int64_t count) {
         m_spData.reset(static_cast<T*>(
-            ::operator new(static_cast<std::size_t>(count) * sizeof(T), std::align_val_t{alignment}, std::nothrow)));
+            ::operator new (static_cast<std::size_t>(count) * sizeof(T), std::align_val_t{alignment}, std::nothrow)));
         return m_spData != nullptr;
     }
     [[nodiscard]] T* Data() const { return m_spData.get(); }
@@ -80,7 +80,7 @@ private:
     static constexpr std::size_t alignment = 32;
 
     struct Free {
-        void operator()(T* p) const { ::operator delete(p, std::align_val_t{alignment}); }
+        void operator()(T* p) const { ::operator delete (p, std::align_val_t{alignment}); }
     };
     std::unique_ptr<T, Free> m_spData;
 };
@@ -93,8 +93,6 @@ public:
         m_nSamples = nSamples;
         return m_Samples.Allocate(count * nSamples);
     }
-
-    void Clear() { m_nHeld = NothingHeld(); }
 
     /// The row of that number, absolute. `fill(pRow)` makes it, where it is not there yet.
     template <class Fill>

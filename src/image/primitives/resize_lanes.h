@@ -29,6 +29,21 @@ inline Floats LoadFloats(const float* p) {
     return floats;
 }
 
+#if defined(__AVX2__)
+/// Half a vector from either place.
+inline Floats LoadHalves(const float* pLow, const float* pHigh) { return _mm256_loadu2_m128(pHigh, pLow); }
+#endif
+
+/// a - 2 * b. Doubling is exact, so that one instruction for both rounds as two do.
+inline float MinusTwice(float a, float b) { return a - 2 * b; }
+inline Floats MinusTwice(Floats a, Floats b) {
+#if defined(__AVX2__) && defined(__FMA__)
+    return _mm256_fnmadd_ps(_mm256_set1_ps(2), b, a);
+#else
+    return a - 2 * b;
+#endif
+}
+
 /// Stores four vectors as bytes, limited to 0..255. Of numbers within 16 bits only.
 inline void StoreBytes(const Ints (&numbers)[4], BYTE* pDst) {
     // To saturate while packing has no like outside of the processor's own functions, and is half of the work.

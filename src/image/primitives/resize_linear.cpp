@@ -23,7 +23,7 @@ LinearTap TapAt(const Axis& axis, const Place& place) {
 template <std::int32_t channels>
 void MixColumns(const BYTE* pSrc, const LinearTap* pTaps, std::int16_t* pDst, std::int32_t count) {
     for (std::int32_t k = 0; k < count; ++k, pDst += channels) {
-        const LinearTap& tap = pTaps[k];
+        const LinearTap tap = pTaps[k];
         const BYTE* pLower = pSrc + std::int64_t{tap.lower} * channels;
         for (std::int32_t c = 0; c < channels; ++c)
             pDst[c] = static_cast<std::int16_t>(
@@ -31,8 +31,7 @@ void MixColumns(const BYTE* pSrc, const LinearTap* pTaps, std::int16_t* pDst, st
     }
 }
 
-void MixRows(const std::int16_t* pLower, const std::int16_t* pUpper, const LinearTap& tap, BYTE* pDst,
-             std::int64_t nSamples) {
+void MixRows(const std::int16_t* pLower, const std::int16_t* pUpper, LinearTap tap, BYTE* pDst, std::int64_t nSamples) {
     for (std::int64_t i = 0; i < nSamples; ++i)
         pDst[i] = static_cast<BYTE>((tap.upperWeight * pUpper[i] + tap.lowerWeight * pLower[i] + 0x80000) >> 20);
 }

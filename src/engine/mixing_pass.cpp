@@ -1,6 +1,7 @@
 #include "engine/vellumcaster_filter.h"
 
 #include "engine/sample_times.h"
+#include "graph/format_text.h"
 #include "graph/sample_properties.h"
 #include "graph/seh_calls.h"
 #include "image/copy_frame.h"
@@ -67,7 +68,7 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSampl
         cbActual = FrameDataLength(desc);
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
                           "WARNING !!! CCoVellumcaster::Filter_SendSample - ZERO ACTUAL LENGTH, Set:%s\n",
-                          std::to_string(cbActual));
+                          FormatGrouped(cbActual));
         sample.SetActualDataLength(cbActual);
     }
 
@@ -86,7 +87,9 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSampl
 }
 
 CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IMediaSample& sample) {
-    HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spOut->m_spAllocOut.Get(), pass.spSampleOut.Put(), nullptr, nullptr, 0);
+    IMediaSample* pNew = nullptr;
+    HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spOut->m_spAllocOut.Get(), &pNew, nullptr, nullptr, 0);
+    if (SUCCEEDED(hr)) pass.spSampleOut.Attach(pNew);
     if (SUCCEEDED(hr) && !pass.spSampleOut) hr = E_UNEXPECTED;
     if (FAILED(hr)) {
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,

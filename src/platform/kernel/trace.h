@@ -10,6 +10,9 @@
 
 namespace vellumcaster {
 
+struct AM_MEDIA_TYPE;
+struct IMediaSample;
+
 enum class TraceCategory : std::uint32_t {
     General = 0x20,
     ComCalls = 0x40,
@@ -44,7 +47,9 @@ template <class T>
 TraceArgument ToTraceArgument(const T& value) {
     if constexpr (std::is_floating_point_v<T>)
         return static_cast<double>(value);
-    else if constexpr (std::is_pointer_v<T> && !std::is_convertible_v<T, const char*>)
+    else if constexpr (std::is_same_v<T, const char*> || std::is_same_v<T, char*>)
+        return std::string_view(value ? value : "NULL");
+    else if constexpr (std::is_pointer_v<T>)
         return std::uint64_t{reinterpret_cast<std::uintptr_t>(value)};
     else if constexpr (std::is_convertible_v<const T&, std::string_view>)
         return std::string_view(value);
@@ -67,11 +72,21 @@ TraceSink SetTraceSink(TraceSink sink);
 
 void WriteTraceLine(TraceCategory category, TraceLevel level, std::string_view line);
 
-/// See VELLUM_TRACE_LINE, by which every site calls it.
+/// See VELLUM_TRACE_LINE, by which every site calls it. A line that there is no memory for is lost.
 template <class... Arguments>
-void Trace(TraceCategory category, TraceLevel level, std::string_view format, const Arguments&... arguments) {
-    const std::array<TraceArgument, sizeof...(Arguments)> all{ToTraceArgument(arguments)...};
-    WriteTraceLine(category, level, FormatTraceLine(format, all));
+void Trace(TraceCategory category, TraceLevel level, std::string_view format, const Arguments&... arguments) noexcept {
+    try {
+        const std::array<TraceArgument, sizeof...(Arguments)> all{ToTraceArgument(arguments)...};
+        WriteTraceLine(category, level, FormatTraceLine(format, all));
+    } catch (...) {
+        return;
+    }
 }
+
+/// Where a whole media type or sample passes by. Nothing is written: their fields stand in the lines of the sites.
+inline void TraceMediaType(TraceCategory /*category*/, TraceLevel /*level*/, const AM_MEDIA_TYPE* /*pType*/,
+                           std::string_view /*prefix*/) {}
+inline void TraceSample(TraceCategory /*category*/, TraceLevel /*level*/, IMediaSample* /*pSample*/,
+                        std::string_view /*prefix*/, bool /*bFlag*/) {}
 
 } // namespace vellumcaster

@@ -9,6 +9,9 @@ constexpr GUID SubtypeOfFourCC(DWORD fcc) {
     return {fcc, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
 }
 
+/// Whether a subtype has the form in which a FOURCC, or a registered tag, stands in the first 32 bits.
+constexpr bool HasFourCCTail(const GUID& subtype) { return subtype == SubtypeOfFourCC(subtype.Data1); }
+
 inline constexpr GUID MEDIASUBTYPE_YV12 = SubtypeOfFourCC(0x32315659);
 inline constexpr GUID MEDIASUBTYPE_I420 = SubtypeOfFourCC(0x30323449);
 inline constexpr GUID MEDIASUBTYPE_YUY2 = SubtypeOfFourCC(0x32595559);

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <vellumcaster/types.h>
+#include <vellumcaster/unknown.h>
+
+namespace vellumcaster {
+
+struct IReferenceClock;
+
+/// An object of a named class.
+struct IPersist : IUnknown {
+    static constexpr GUID IID{0x0000010C, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+
+    virtual HRESULT GetClassID(GUID* pClassId) = 0;
+
+protected:
+    ~IPersist() = default;
+};
+
+enum FILTER_STATE : std::int32_t {
+    State_Stopped = 0,
+    State_Paused = 1,
+    State_Running = 2,
+};
+
+/// The states of a filter, and the clock that it runs by.
+struct IMediaFilter : IPersist {
+    static constexpr GUID IID{0x56A86899, 0x0AD4, 0x11CE, {0xB0, 0x3A, 0x00, 0x20, 0xAF, 0x0B, 0xA7, 0x70}};
+
+    virtual HRESULT Stop() = 0;
+    virtual HRESULT Pause() = 0;
+    /// \param tStart  the clock's time at which stream time is 0.
+    virtual HRESULT Run(REFERENCE_TIME tStart) = 0;
+    /// Waits up to `dwMilliseconds` for a change of state to end.
+    virtual HRESULT GetState(DWORD dwMilliseconds, FILTER_STATE* pState) = 0;
+    /// Null: no clock.
+    virtual HRESULT SetSyncSource(IReferenceClock* pClock) = 0;
+    /// The clock with a reference, or null.
+    virtual HRESULT GetSyncSource(IReferenceClock** ppClock) = 0;
+
+protected:
+    ~IMediaFilter() = default;
+};
+
+} // namespace vellumcaster

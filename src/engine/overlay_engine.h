@@ -47,6 +47,20 @@ public:
     HRESULT AddImageFromMemory2(ImageInfoTag* pImageInfo, DWORD cbImage, const BYTE* pbImage, BSTR bsItemName,
                                 LONG nColorKeyMin, LONG nColorKeyMax, SIZE* pSize, Cookie* pnCookie);
 
+    /// Draws a text and puts it on top of the stack. It is drawn without the item lock; a frame number or a timecode is
+    /// drawn on its first frame.
+    /// \param eType  a kind of text.
+    /// \param pLogFont  null, or without a face name, for the default font.
+    /// \param nTextFormat  the format word of the text drawing call.
+    /// \param pOvlProps  the item's properties. `bsTextString` is the text of a fixed one; of a date or a time the
+    ///        picture that it is formatted by, "yyyy/MM/dd" or "HH:mm:ss" where there is none; of the others a label.
+    /// \param pSize  in: the least size wanted in pixels; out: the item's. May be null.
+    /// \param pnCookie  receives the item's cookie; may be null.
+    /// \return S_OK; E_INVALIDARG for a null record, a kind that is no text, or a fixed text that is not there;
+    ///         E_OUTOFMEMORY; what drawing answers. After a failure the list is as before.
+    HRESULT AddOutlinedText(ITEM_TYPE eType, const LOGFONT* pLogFont, LONG nTextFormat, const OVERLAY_PROPS* pOvlProps,
+                            SIZE* pSize, Cookie* pnCookie);
+
     /// \return S_OK; E_INVALIDARG for an unknown cookie.
     HRESULT RemoveItem2(Cookie nCookie);
 

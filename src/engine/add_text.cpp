@@ -1,0 +1,59 @@
+#include "engine/overlay_engine.h"
+
+namespace vellumcaster {
+
+namespace {
+
+/// What a text is called and formatted by where the caller leaves it open; null where it has to be given.
+const OLECHAR* DefaultName(ITEM_TYPE eType) {
+    switch (eType) {
+    case eDate: return u"yyyy/MM/dd";
+    case eTime: return u"HH:mm:ss";
+    case eFrameNumber: return u"Frame Number";
+    case eSMPTETimeCode: return u"SMPTE timecode";
+    default: return nullptr;
+    }
+}
+
+/// \return E_INVALIDARG for a kind that has no text, and for a fixed text that is not there.
+HRESULT Name(OverlayItem& item, ITEM_TYPE eType, BSTR bsText) {
+    if (eType == eText) return bsText ? item.bsName.Assign(bsText) : E_INVALIDARG;
+    const OLECHAR* pszDefault = DefaultName(eType);
+    if (!pszDefault) return E_INVALIDARG;
+    const bool bGiven = eType == eSMPTETimeCode ? bsText != nullptr : SysStringLen(bsText) != 0;
+    return bGiven ? item.bsName.Assign(bsText) : item.bsName.Assign(std::u16string_view(pszDefault));
+}
+
+HRESULT Draw(IItemPainter& painter, OverlayItem& item) {
+    switch (item.eType) {
+    case eText: return painter.UpdateTextItem(item);
+    case eDate: return painter.UpdateDate(item, true);
+    case eTime: return painter.UpdateTime(item, true);
+    default: return S_OK; // drawn on its first frame
+    }
+}
+
+} // namespace
+
+HRESULT COverlayEngine::AddOutlinedText(ITEM_TYPE eType, const LOGFONT* pLogFont, LONG nTextFormat,
+                                        const OVERLAY_PROPS* pOvlProps, SIZE* pSize, Cookie* pnCookie) {
+    if (!pOvlProps) return E_INVALIDARG;
+    OverlayItem item;
+    item.eType = eType;
+    item.nTextFormat = nTextFormat;
+    item.props = *pOvlProps;
+    item.props.bsTextString = nullptr;
+    item.SnapToSetPosition();
+    if (pSize) item.sizeItem = *pSize;
+    if (pLogFont) item.logFont = *pLogFont;
+
+    HRESULT hr = Name(item, eType, pOvlProps->bsTextString);
+    if (FAILED(hr)) return hr;
+    hr = Draw(m_Painter, item);
+    if (FAILED(hr)) return hr;
+    hr = AddItem(item, pnCookie);
+    if (SUCCEEDED(hr) && pSize) *pSize = item.sizeItem;
+    return hr;
+}
+
+} // namespace vellumcaster

@@ -86,8 +86,10 @@ public:
         m_spOut->m_spMemInput = m_spSink.Get();
         m_Painter.SetInputFormat(m_Carrier.StreamFormat().dwFormat);
         m_Painter.SetOutputFormat(m_Carrier.StreamFormat().dwFormat);
+        if (const auto& rate = reader.Header().rate) m_Painter.SetAvgTimePerFrame(TimeOfFrame(1, *rate));
         for (const auto& item : run.items)
             std::visit([this](const auto& kind) { Add(kind); }, item);
+        m_Filter.Engine().ResetItemForRun();
     }
 
     void Run() {
@@ -109,6 +111,8 @@ public:
 
 private:
     void Add(const Picture& picture) { static_cast<void>(AddPicture(m_Filter.Engine(), picture)); }
+
+    void Add(const Caption& caption) { AddCaption(m_Filter.Engine(), caption); }
 
     void Add(const Panel& panel) {
         const OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);

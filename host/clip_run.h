@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/caption.h"
 #include "host/panel.h"
 #include "host/picture.h"
 #include "host/snapshot.h"
@@ -13,9 +14,9 @@ namespace vellumcaster {
 
 /// What a run is asked to do.
 struct ClipRun {
-    std::string input = "-";                         ///< "-" is standard input
-    std::string output = "-";                        ///< "-" is standard output
-    std::vector<std::variant<Panel, Picture>> items; ///< from the bottom of the stack up
+    std::string input = "-";                                  ///< "-" is standard input
+    std::string output = "-";                                 ///< "-" is standard output
+    std::vector<std::variant<Panel, Picture, Caption>> items; ///< from the bottom of the stack up
     std::vector<Snapshot> snapshots;
     std::optional<std::string> pixels; ///< the name of the pixel format to mix in; none: the clip's own
 };

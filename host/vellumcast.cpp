@@ -36,6 +36,16 @@ constexpr const char* pszPixelsHelp =
     "The pixel format to mix in: I420, YV12, YUY2, UYVY, YVYU, RGB32, RGB24 or ARGB32. Where it is not the clip's own "
     "sampling, each frame is converted and back.";
 
+const char* CaptionHelp(ITEM_TYPE eType) {
+    switch (eType) {
+    case eText: return "A text: the words alone, or FIELDS,text=WORDS with all that follows";
+    case eDate: return "The date: FIELDS[,picture=yyyy/MM/dd with all that follows]";
+    case eTime: return "The time: FIELDS[,picture=HH:mm:ss with all that follows]";
+    case eFrameNumber: return "The number of the frame: FIELDS";
+    default: return "A SMPTE timecode, drop-frame at 29.97 and 59.94: FIELDS";
+    }
+}
+
 /// An option that may come again, each time with one text; `take` is called in the order of the command line.
 template <class Take>
 void AddRepeated(CLI::App& app, const char* pszName, const char* pszHelp, Take take) {
@@ -53,6 +63,10 @@ void Describe(CLI::App& app, ClipRun& run) {
                 [&run](const std::string& text) { run.items.emplace_back(ParsePanel(text)); });
     AddRepeated(app, "--image", pszImageHelp,
                 [&run](const std::string& text) { run.items.emplace_back(ParsePicture(text)); });
+    for (const CaptionOption& option : captionOptions)
+        AddRepeated(app, option.pszName, CaptionHelp(option.eType),
+                    [&run, &option](const std::string& text) { run.items.emplace_back(ParseCaption(option, text)); });
+    app.footer(std::string("Fields of a text: ") + pszCaptionFields + ".");
     app.add_option("--pixels", run.pixels, pszPixelsHelp);
     AddRepeated(app, "--snapshot", "N:FILE.png keeps frame N, counted from 0, as a picture",
                 [&run](const std::string& text) { run.snapshots.push_back(ParseSnapshot(text)); });

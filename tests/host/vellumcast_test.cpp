@@ -276,7 +276,7 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
 }
 
 TEST_F(Vellumcast, ReportsAReaderThatHasGone) {
-    Write("in.y4m", Clip("C420", 2000, cb420));
+    Write("in.y4m", Clip("C420", 8000, cb420)); // more than any pipe holds
     const Outcome outcome = Shell("{ \"$V\" in.y4m; echo $? > status; } | head -c 100 > /dev/null");
     EXPECT_EQ(Read("status"), "1\n");
     EXPECT_THAT(outcome.errors, testing::HasSubstr("cannot write standard output: Broken pipe"));

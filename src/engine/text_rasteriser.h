@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/media/bitmap_info.h"
-
 #include <vellumcaster/log_font.h>
 #include <vellumcaster/results.h>
 
@@ -34,7 +32,8 @@ namespace vellumcaster::CImageHelp {
 /// \param dblOutlineWidth  width of the stroke in pixels of the pictures; of a negative one the magnitude counts.
 /// \param nScale           the multiple, from 1. Small fonts raise it, a font by its em height to 16; the canvas stays
 ///                         in the font's own size where there is no font.
-/// \return as `String2ImageAlpha`; E_INVALIDARG also for a multiple below 1.
+/// \return as `String2ImageAlpha`; E_INVALIDARG also for a multiple below 1 and a stroke of more than 32767
+///         pixels at the multiple.
 [[nodiscard]] HRESULT OutlineString2Alpha(const char* pszText, const LOGFONT* pLogFont, SIZE* pSize, BYTE** ppFore,
                                           BYTE** ppBack, BYTE** ppOutline, double dblOutlineWidth, LONG nTextFormat,
                                           LONG nMargin, LONG nScale);

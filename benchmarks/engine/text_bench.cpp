@@ -1,7 +1,10 @@
+#include "engine/live_text.h"
 #include "engine/outline_string_to_alpha.h"
 #include "engine/text_rasteriser.h"
 #include "image/layer_planes.h"
+#include "image/mix_block.h"
 #include "image/prepare_layer.h"
+#include "platform/kernel/system_time.h"
 #include "platform/text/kept_pictures.h"
 #include "support/ratio_table.h"
 
@@ -16,6 +19,7 @@ namespace vellumcaster::bench {
 
 namespace {
 
+constexpr SIZE sizeFrame{1920, 1080};
 constexpr LONG nMargin = 4;
 constexpr LONG nScale = 2;
 constexpr LONG nTextFormat = 4;
@@ -62,7 +66,9 @@ class CScene {
 public:
     CScene(const Content& content, std::uint32_t dwFormat)
         : m_Content(content), m_LogFont(FontOf(content)), m_dwFormat(dwFormat) {
+        Check(m_Frame.Alloc(PictureBytes(sizeFrame), true));
         Draw();
+        Prepare();
     }
 
     void Draw() {
@@ -93,6 +99,17 @@ public:
             Check(PrepareImage2(layer.blobAlpha, m_Size, m_dwFormat, color, 255, layer));
     }
 
+    void Mix() {
+        const PictureFormat pfFrame{m_dwFormat, sizeFrame.cx, -sizeFrame.cy, 0};
+        const PictureFormat pfItem = OverlayFormat(m_dwFormat, m_Size);
+        const RECT item{0, 0, m_Size.cx, m_Size.cy};
+        const RECT place{100, 100, 100 + m_Size.cx, 100 + m_Size.cy};
+        for (OverlayLayer& layer : m_Layers)
+            if (layer.TakesPartInMixing())
+                Check(CPictureFormats::MixBlockAlpha(layer.planeColor.Data(), layer.planeWeight.Data(), m_Frame.Data(),
+                                                     &pfItem, &pfFrame, &item, &place));
+    }
+
 private:
     static void Check(HRESULT hr) {
         if (hr != S_OK) std::abort();
@@ -110,6 +127,7 @@ private:
     char m_Text[32] = {};
     SIZE m_Size;
     OverlayLayer m_Layers[3];
+    CVirtualBlob m_Frame;
 };
 
 /// The same string filled and stroked with smooth edges by Cairo at its final size.
@@ -161,16 +179,37 @@ void AddContent(const Content& content, std::uint32_t dwFormat, std::vector<Rati
     AddBenchmark(row, "ours", [=] {
         spScene->Draw();
         spScene->Prepare();
+        spScene->Mix();
     });
     AddBenchmark(row, "drawing", [=] { spScene->Draw(); });
     AddBenchmark(row, "planes", [=] { spScene->Prepare(); });
+    AddBenchmark(row, "mixing", [=] { spScene->Mix(); });
     AddBenchmark(row, "cairo", [=] { spCairo->Draw(); });
     lines.push_back({row, "ours", "cairo", content.goal});
     lines.push_back({row, "drawing", "cairo", std::nullopt});
     lines.push_back({row, "planes", "cairo", std::nullopt});
+    lines.push_back({row, "mixing", "cairo", std::nullopt});
     if (!bPlanar || content.outlineWidth == 0) return;
     AddBenchmark(row, "literal", [=] { spScene->DrawLiterally(); });
     lines.push_back({row, "literal", "cairo", std::nullopt});
+}
+
+/// A clock within one second, against the drawing that it is spared.
+void AddUnchangedClock(std::vector<RatioLine>& lines) {
+    const std::string row = "unchanged_clock";
+    const auto spItem = std::make_shared<OverlayItem>();
+    spItem->eType = eTime;
+    spItem->props.lForeColor = -1;
+    spItem->props.sAlphaValue = 255;
+    spItem->props.nCounterCur = -1;
+    if (FAILED(spItem->bsName.Assign(std::u16string_view(u"HH:mm:ss")))) std::abort();
+    SetLocalClock([] { return SYSTEMTIME{2024, 1, 1, 1, 12, 0, 0, 0}; });
+    AddBenchmark(row, "ours", [=] {
+        if (FAILED(UpdateLiveItem(*spItem, true, {format_code::I420, 0}))) std::abort();
+    });
+    const auto spCairo = std::make_shared<CCairoScene>(contents[1]);
+    AddBenchmark(row, "cairo", [=] { spCairo->Draw(); });
+    lines.push_back({row, "ours", "cairo", std::nullopt});
 }
 
 std::vector<RatioLine> AddTexts() {
@@ -178,6 +217,7 @@ std::vector<RatioLine> AddTexts() {
     for (const Content& content : contents)
         for (const std::uint32_t dwFormat : streams)
             AddContent(content, dwFormat, lines);
+    AddUnchangedClock(lines);
     return lines;
 }
 

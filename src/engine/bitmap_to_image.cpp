@@ -2,6 +2,7 @@
 
 #include "engine/text_steps.h"
 #include "platform/com/task_memory.h"
+#include "platform/kernel/last_error.h"
 #include "platform/kernel/trace.h"
 
 #include <cstdlib>
@@ -11,7 +12,7 @@ namespace vellumcaster::CImageHelp {
 HRESULT Bitmap2Image(const CTextCanvas& canvas, BYTE** ppPixels, BITMAPINFOHEADER* pInfo) {
     BITMAPINFOHEADER info;
     if (!canvas.GetDIBits(nullptr, &info)) {
-        const HRESULT hr = LastResult();
+        const HRESULT hr = LastErrorAsResult();
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                           "###Err### CImageHelp::Bitmap2Image(): GetDIBits( NULL )=0x%X\n", hr);
         return hr;
@@ -21,7 +22,7 @@ HRESULT Bitmap2Image(const CTextCanvas& canvas, BYTE** ppPixels, BITMAPINFOHEADE
     info.biHeight = -std::abs(info.biHeight);
     if (!canvas.GetDIBits(pPixels, &info)) {
         CoTaskMemFree(pPixels);
-        return LastResult();
+        return LastErrorAsResult();
     }
     *ppPixels = pPixels;
     if (!pInfo) return S_OK;

@@ -66,11 +66,10 @@ HRESULT DrawClock(OverlayItem& item, const SYSTEMTIME& time, LONG packed, Format
     const std::string picture = ToUtf8(item.bsName.View());
     std::string text(picture.size() + cbLongerThanPicture, '\0');
     if (format(LOCALE_SYSTEM_DEFAULT, 0, &time, picture.c_str(), text.data(), static_cast<int>(text.size())) == 0) {
-        const DWORD error = GetLastError();
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                           "###Err### CCoVellumcaster::UpdateTime - GetDateFormat('%s') FAILED dwErr=%d\n", picture,
-                          error);
-        return static_cast<HRESULT>((error & 0xFFFF) | 0x80070000);
+                          GetLastError());
+        return LastErrorAsResult();
     }
     static_cast<void>(UpdateTextItem(item, text.c_str(), stream.dwInput));
     item.props.nCounterCur = packed;

@@ -9,20 +9,15 @@
 
 namespace vellumcaster::CImageHelp {
 
-HRESULT LastResult() {
-    const DWORD error = GetLastError();
-    return error == ERROR_SUCCESS ? E_FAIL : static_cast<HRESULT>(0x80070000 | (error & 0xFFFF));
-}
-
 HRESULT OpenContext(CTextDC& dc, const LOGFONT* pLogFont) {
     if (!dc.CreateCompatibleDC()) {
-        const HRESULT hr = LastResult();
+        const HRESULT hr = LastErrorAsResult();
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                           "###Err### CImageHelp::String2ImageAlpha(): CreateCompatibleDC() FAILED hr = 0x%08X\n", hr);
         return hr;
     }
     if (pLogFont && !dc.CreateFontIndirectA(*pLogFont)) {
-        const HRESULT hr = LastResult();
+        const HRESULT hr = LastErrorAsResult();
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                           "###Err### CImageHelp::String2ImageAlpha(): CreateFontIndirect() FAILED hr = 0x%08X\n", hr);
         return hr;
@@ -34,7 +29,7 @@ HRESULT MeasureText(CTextDC& dc, const char* pszText, bool bDefaultFont, SIZE& e
     RECT rc;
     const DWORD format = DT_CALCRECT | DT_NOPREFIX | (bDefaultFont ? DT_INTERNAL : 0);
     if (dc.DrawTextA(pszText, &rc, format, nullptr) == 0) {
-        const HRESULT hr = LastResult();
+        const HRESULT hr = LastErrorAsResult();
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                           "###Err### CImageHelp::String2ImageAlpha - DrawText( DT_CALCRECT )=0x%X\n", hr);
         return hr;
@@ -45,7 +40,7 @@ HRESULT MeasureText(CTextDC& dc, const char* pszText, bool bDefaultFont, SIZE& e
 
 HRESULT CreateCanvas(CTextCanvas& canvas, std::int64_t cx, std::int64_t cy, LONG nBlock) {
     if (canvas.CreateBitmap(cx, cy, nBlock)) return S_OK;
-    const HRESULT hr = LastResult();
+    const HRESULT hr = LastErrorAsResult();
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                       "###Err### CImageHelp::String2ImageAlpha - CreateCompatibleBitmap=0x%X\n", hr);
     return hr;
@@ -55,7 +50,7 @@ HRESULT PlaceText(CTextDC& dc, const char* pszText, std::int64_t cx, std::int64_
                   PlacedText& text) {
     RECT rc{nMargin, nMargin, SaturateToInt32(cx - nMargin), SaturateToInt32(cy - nMargin)};
     if (dc.DrawTextA(pszText, &rc, static_cast<DWORD>(nTextFormat) | DT_NOPREFIX, &text) != 0) return S_OK;
-    const HRESULT hr = LastResult();
+    const HRESULT hr = LastErrorAsResult();
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                       "###Err### CImageHelp::String2ImageAlpha - DrawText()=0x%X\n", hr);
     return hr;

@@ -8,9 +8,6 @@
 /// answer S_OK or what the platform's call failed with; `std::bad_alloc` passes through.
 namespace vellumcaster::CImageHelp {
 
-/// The calling thread's last error as a result; E_FAIL where there is none.
-[[nodiscard]] HRESULT LastResult();
-
 /// \param pLogFont  null: the default font stays.
 [[nodiscard]] HRESULT OpenContext(CTextDC& dc, const LOGFONT* pLogFont);
 

@@ -17,20 +17,15 @@ namespace {
 
 constexpr DWORD cbHeaders = cbBmpFileHeader + cbBmpInfoHeader;
 
-HRESULT FileError() {
-    const DWORD error = GetLastError();
-    return error == ERROR_SUCCESS ? E_FAIL : static_cast<HRESULT>(0x80070000 | (error & 0xFFFF));
-}
-
 HRESULT ReadExactly(HANDLE hFile, void* pv, DWORD cb) {
     DWORD cbRead = 0;
-    if (!ReadFile(hFile, pv, cb, &cbRead, nullptr)) return FileError();
+    if (!ReadFile(hFile, pv, cb, &cbRead, nullptr)) return LastErrorAsResult();
     return cbRead == cb ? S_OK : E_FAIL;
 }
 
 HRESULT WriteExactly(HANDLE hFile, const void* pv, DWORD cb) {
     DWORD cbWritten = 0;
-    if (!WriteFile(hFile, pv, cb, &cbWritten, nullptr)) return FileError();
+    if (!WriteFile(hFile, pv, cb, &cbWritten, nullptr)) return LastErrorAsResult();
     return cbWritten == cb ? S_OK : E_FAIL;
 }
 
@@ -45,7 +40,7 @@ HRESULT ReadHeader(HANDLE hFile, Header& header) {
 /// A file can only be taken at its word about its size as far as it really goes.
 HRESULT CheckRoomForPixels(HANDLE hFile, const BITMAPFILEHEADER& fileHeader, DWORD cbPixels) {
     LONGLONG cbFile = 0;
-    if (!GetFileSizeEx(hFile, &cbFile)) return FileError();
+    if (!GetFileSizeEx(hFile, &cbFile)) return LastErrorAsResult();
     const LONGLONG end = LONGLONG{fileHeader.bfOffBits} + cbPixels;
     return end <= std::min(LONGLONG{fileHeader.bfSize}, cbFile) ? S_OK : E_FAIL;
 }
@@ -136,12 +131,12 @@ HRESULT LoadFromFile(const char* pszFile, BITMAPINFOHEADER* pHeader, void** ppPi
 
     SetLastError(ERROR_SUCCESS);
     CFileHandle file(CreateFileA(pszFile, GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file.IsOpen()) return FileError();
+    if (!file.IsOpen()) return LastErrorAsResult();
 
     BITMAPINFOHEADER header;
     CTaskBlob pixels;
     HRESULT hr = ReadPicture(file.Get(), header, pixels);
-    if (!file.Close() && SUCCEEDED(hr)) hr = FileError();
+    if (!file.Close() && SUCCEEDED(hr)) hr = LastErrorAsResult();
     if (FAILED(hr)) return hr;
     *pHeader = header;
     *ppPixels = pixels.Detach().data();
@@ -156,11 +151,11 @@ HRESULT SaveToFile(const char* pszFile, const BITMAPINFOHEADER* pHeader, const v
 
     SetLastError(ERROR_SUCCESS);
     CFileHandle file(CreateFileA(pszFile, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file.IsOpen()) return FileError();
+    if (!file.IsOpen()) return LastErrorAsResult();
     HRESULT hr = WriteExactly(file.Get(), block.bytes.data(), block.cb);
     if (SUCCEEDED(hr)) hr = WriteExactly(file.Get(), pPixels, header.biSizeImage);
-    if (!FlushFileBuffers(file.Get()) && SUCCEEDED(hr)) hr = FileError();
-    if (!file.Close() && SUCCEEDED(hr)) hr = FileError();
+    if (!FlushFileBuffers(file.Get()) && SUCCEEDED(hr)) hr = LastErrorAsResult();
+    if (!file.Close() && SUCCEEDED(hr)) hr = LastErrorAsResult();
     return hr;
 }
 

@@ -49,6 +49,10 @@ DWORD GetLastError() { return t_lastError; }
 
 void SetLastError(DWORD error) { t_lastError = error; }
 
+HRESULT LastErrorAsResult() {
+    return t_lastError == ERROR_SUCCESS ? E_FAIL : static_cast<HRESULT>(0x80070000 | (t_lastError & 0xFFFF));
+}
+
 DWORD ErrorFromErrno(int number) {
     const auto* pPair = std::find_if(errorTable.begin(), errorTable.end(),
                                      [number](const ErrorPair& pair) { return pair.number == number; });

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vellumcaster/types.h>
+#include <vellumcaster/results.h>
 
 namespace vellumcaster {
 
@@ -29,6 +29,9 @@ inline constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
 /// Why a kernel call failed on this thread last. A call that succeeds leaves it as it was.
 [[nodiscard]] DWORD GetLastError();
 void SetLastError(DWORD error);
+
+/// The last error as a result: 0x80070000 with the number in its low word; E_FAIL where there is none.
+[[nodiscard]] HRESULT LastErrorAsResult();
 
 /// The platform's number for one of the C library; ERROR_GEN_FAILURE for one that has no counterpart.
 [[nodiscard]] DWORD ErrorFromErrno(int number);

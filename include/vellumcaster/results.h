@@ -30,8 +30,14 @@ inline constexpr HRESULT E_INVALIDARG = detail::Result(0x80070057);
 inline constexpr HRESULT VFW_S_NO_STOP_TIME = detail::Result(0x00040270);
 inline constexpr HRESULT VFW_E_NOT_COMMITTED = detail::Result(0x80040211);
 inline constexpr HRESULT VFW_E_BUFFER_OVERFLOW = detail::Result(0x8004020D);
+inline constexpr HRESULT VFW_E_NOT_STOPPED = detail::Result(0x80040224);
+inline constexpr HRESULT VFW_E_WRONG_STATE = detail::Result(0x80040227);
+/// The format is refused.
+inline constexpr HRESULT VFW_E_TYPE_NOT_ACCEPTED = detail::Result(0x8004022A);
 inline constexpr HRESULT VFW_E_SAMPLE_TIME_NOT_SET = detail::Result(0x80040249);
 inline constexpr HRESULT VFW_E_MEDIA_TIME_NOT_SET = detail::Result(0x80040251);
+/// The filter stands in no graph.
+inline constexpr HRESULT VFW_E_NOT_IN_GRAPH = detail::Result(0x8004025F);
 /// A frame was to be copied between buffers of different pixel formats.
 inline constexpr HRESULT E_FRAME_FORMATS_DIFFER = detail::Result(0x80040248);
 

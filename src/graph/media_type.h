@@ -54,4 +54,27 @@ struct CMediaTypeDeleter {
 /// Owns a heap record, or none.
 using CMediaTypePtr = std::unique_ptr<AM_MEDIA_TYPE, CMediaTypeDeleter>;
 
+/// Owns a value record.
+class CMediaTypeHolder {
+public:
+    CMediaTypeHolder() = default;
+    CMediaTypeHolder(const CMediaTypeHolder&) = delete;
+    CMediaTypeHolder& operator=(const CMediaTypeHolder&) = delete;
+    ~CMediaTypeHolder() { MT_Free(m_mt); }
+
+    /// `MT_Assign`.
+    [[nodiscard]] HRESULT Assign(const AM_MEDIA_TYPE* pmt) { return MT_Assign(m_mt, pmt); }
+    [[nodiscard]] const AM_MEDIA_TYPE* Get() const { return &m_mt; }
+    [[nodiscard]] AM_MEDIA_TYPE* Get() { return &m_mt; }
+    /// Where a call may put a record that it copies; what was owned is freed.
+    [[nodiscard]] AM_MEDIA_TYPE* Put() {
+        MT_Clear(m_mt);
+        return &m_mt;
+    }
+    void Clear() { MT_Clear(m_mt); }
+
+private:
+    AM_MEDIA_TYPE m_mt;
+};
+
 } // namespace vellumcaster

@@ -42,9 +42,11 @@ protected:
     virtual ~CUnknownImpl() = default;
 
 private:
-    template <class Interface>
+    /// Offers an interface, and what it derives from as far as it says so with `Parent`.
+    template <class Interface, class Asked = Interface>
     void Offer(const GUID& iid, void** ppv) {
-        if (iid == Interface::IID) *ppv = static_cast<Interface*>(this);
+        if (iid == Asked::IID) *ppv = static_cast<Asked*>(static_cast<Interface*>(this));
+        if constexpr (requires { typename Asked::Parent; }) Offer<Interface, typename Asked::Parent>(iid, ppv);
     }
 
     std::atomic<ULONG> m_cReferences = 1;

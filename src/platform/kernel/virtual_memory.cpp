@@ -7,7 +7,8 @@
 namespace vellumcaster {
 
 void* VirtualAlloc(void* pAddress, std::size_t cb, DWORD flType, DWORD flProtect) {
-    const bool bFreshBlock = !pAddress && flType == MEM_COMMIT && flProtect == PAGE_EXECUTE_READWRITE;
+    const bool bReadWrite = flProtect == PAGE_READWRITE || flProtect == PAGE_EXECUTE_READWRITE;
+    const bool bFreshBlock = !pAddress && flType == MEM_COMMIT && bReadWrite;
     if (!bFreshBlock || cb == 0 || cb > std::numeric_limits<std::ptrdiff_t>::max()) return nullptr;
 
     const std::size_t cbWhole = RoundUpToPage(cb);

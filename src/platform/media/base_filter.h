@@ -15,6 +15,7 @@ struct FILTER_INFO {
 
 /// A filter: its pins and its place in a graph.
 struct IBaseFilter : IMediaFilter {
+    using Parent = IMediaFilter;
     static constexpr GUID IID{0x56A86895, 0x0AD4, 0x11CE, {0xB0, 0x3A, 0x00, 0x20, 0xAF, 0x0B, 0xA7, 0x70}};
 
     virtual HRESULT EnumPins(IEnumPins** ppEnum) = 0;

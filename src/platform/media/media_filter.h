@@ -1,21 +1,10 @@
 #pragma once
 
-#include <vellumcaster/types.h>
-#include <vellumcaster/unknown.h>
+#include <vellumcaster/persist.h>
 
 namespace vellumcaster {
 
 struct IReferenceClock;
-
-/// An object of a named class.
-struct IPersist : IUnknown {
-    static constexpr GUID IID{0x0000010C, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
-
-    virtual HRESULT GetClassID(GUID* pClassId) = 0;
-
-protected:
-    ~IPersist() = default;
-};
 
 enum FILTER_STATE : std::int32_t {
     State_Stopped = 0,
@@ -25,6 +14,7 @@ enum FILTER_STATE : std::int32_t {
 
 /// The states of a filter, and the clock that it runs by.
 struct IMediaFilter : IPersist {
+    using Parent = IPersist;
     static constexpr GUID IID{0x56A86899, 0x0AD4, 0x11CE, {0xB0, 0x3A, 0x00, 0x20, 0xAF, 0x0B, 0xA7, 0x70}};
 
     virtual HRESULT Stop() = 0;

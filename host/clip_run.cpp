@@ -115,8 +115,8 @@ private:
     void Add(const Caption& caption) { AddCaption(m_Filter.Engine(), caption); }
 
     void Add(const Panel& panel) {
-        const OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
-        if (FAILED(m_Filter.Engine().AddItem(item, nullptr))) throw Refusal("there is no memory for another panel");
+        OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
+        if (FAILED(m_Filter.Engine().AddItem(std::move(item), nullptr))) throw Refusal("there is no memory for another panel");
     }
 
     void Stamp(IMediaSample& sample) const {

@@ -1,4 +1,9 @@
 #include "engine/overlay_engine.h"
+#include "platform/com/no_exceptions.h"
+#include "platform/com/utf8.h"
+
+#include <iterator>
+#include <utility>
 
 namespace vellumcaster {
 
@@ -24,6 +29,15 @@ HRESULT Name(OverlayItem& item, ITEM_TYPE eType, BSTR bsText) {
     return bGiven ? item.bsName.Assign(bsText) : item.bsName.Assign(std::u16string_view(pszDefault));
 }
 
+/// Bytes of the longest beginning of a UTF-8 text that has at most `cbMost` of them and splits no character.
+std::size_t WholeCharacters(std::string_view text, std::size_t cbMost) {
+    if (text.size() <= cbMost) return text.size();
+    const auto continues = [](char c) { return (c & 0xC0) == 0x80; };
+    while (cbMost > 0 && continues(text[cbMost]))
+        --cbMost;
+    return cbMost;
+}
+
 HRESULT Draw(IItemPainter& painter, OverlayItem& item) {
     switch (item.eType) {
     case eText: return painter.UpdateTextItem(item);
@@ -38,6 +52,7 @@ HRESULT Draw(IItemPainter& painter, OverlayItem& item) {
 HRESULT COverlayEngine::AddOutlinedText(ITEM_TYPE eType, const LOGFONT* pLogFont, LONG nTextFormat,
                                         const OVERLAY_PROPS* pOvlProps, SIZE* pSize, Cookie* pnCookie) {
     if (!pOvlProps) return E_INVALIDARG;
+    const unsigned nPreparation = m_nPreparation;
     OverlayItem item;
     item.eType = eType;
     item.nTextFormat = nTextFormat;
@@ -51,9 +66,30 @@ HRESULT COverlayEngine::AddOutlinedText(ITEM_TYPE eType, const LOGFONT* pLogFont
     if (FAILED(hr)) return hr;
     hr = Draw(m_Painter, item);
     if (FAILED(hr)) return hr;
-    hr = AddItem(item, pnCookie);
-    if (SUCCEEDED(hr) && pSize) *pSize = item.sizeItem;
+    const SIZE size = item.sizeItem;
+    hr = AddPrepared(std::move(item), nPreparation, pnCookie);
+    if (SUCCEEDED(hr) && pSize) *pSize = size;
     return hr;
+}
+
+HRESULT COverlayEngine::AddOutlinedTextVB(ITEM_TYPE eType, BSTR bsFontFace, DWORD dwFontHeight, LONG nTextFormat,
+                                          const OVERLAY_PROPS* pOvlProps, SIZE* pSize, Cookie* pnCookie) {
+    LOGFONT font;
+    font.lfHeight = static_cast<LONG>(dwFontHeight);
+    font.lfWeight = 400;
+    font.lfCharSet = 1;
+    font.lfQuality = 7;
+    const HRESULT hr = WithoutExceptions([&] {
+        const std::string face = ToUtf8(CBstr::View(bsFontFace));
+        face.copy(font.lfFaceName, WholeCharacters(face, std::size(font.lfFaceName) - 1));
+        return S_OK;
+    });
+    return FAILED(hr) ? hr : AddOutlinedText(eType, &font, nTextFormat, pOvlProps, pSize, pnCookie);
+}
+
+HRESULT COverlayEngine::AddRoundRect(const SIZE* /*pSize*/, const SIZE* /*pEllipseSize*/,
+                                     const OVERLAY_PROPS* /*pOvlProps*/, Cookie* /*pnCookie*/) {
+    return E_NOTIMPL;
 }
 
 } // namespace vellumcaster

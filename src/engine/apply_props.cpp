@@ -45,8 +45,7 @@ HRESULT COverlayEngine::ApplyText(OverlayItem& item, const OVERLAY_PROPS& before
     const auto takeText = [&] { return bsText ? item.bsName.Assign(bsText) : S_OK; };
     if (!DrawsItsString(item.eType)) return takeText();
 
-    const std::u16string_view text(bsText, SysStringLen(bsText));
-    const bool bTextChanged = bsText && item.bsName && text != item.bsName.View();
+    const bool bTextChanged = bsText && item.bsName && CBstr::View(bsText) != item.bsName.View();
     if (!bTextChanged && item.props.dblOutlineWidth == before.dblOutlineWidth) return S_OK;
 
     const HRESULT hr = takeText();

@@ -1,25 +1,24 @@
 #include "engine/item_list.h"
 
+#include "platform/com/no_exceptions.h"
+
 #include <algorithm>
-#include <new>
 #include <utility>
 
 namespace vellumcaster {
 
-HRESULT ItemMap::Add(Cookie cookie, const OverlayItem& item) {
+HRESULT ItemMap::Add(Cookie cookie, OverlayItem&& item) {
     if (Find(cookie) >= 0) return E_INVALIDARG;
-    OverlayItem copy;
-    const HRESULT hr = copy.CopyFrom(item);
-    if (FAILED(hr)) return hr;
-    try {
-        m_Keys.reserve(m_Keys.size() + 1);
-        m_Values.reserve(m_Values.size() + 1);
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    }
-    m_Keys.push_back(cookie);
-    m_Values.push_back(std::move(copy));
-    return S_OK;
+    return WithoutExceptions([&] {
+        m_Keys.push_back(cookie);
+        try {
+            m_Values.push_back(std::move(item));
+        } catch (...) {
+            m_Keys.pop_back();
+            throw;
+        }
+        return S_OK;
+    });
 }
 
 LONG ItemMap::Find(Cookie cookie) const {
@@ -32,17 +31,13 @@ OverlayItem* ItemMap::Lookup(Cookie cookie) {
     return index < 0 ? nullptr : &At(index);
 }
 
-bool ItemMap::Remove(Cookie cookie) {
+std::optional<OverlayItem> ItemMap::Take(Cookie cookie) {
     const LONG index = Find(cookie);
-    if (index < 0) return false;
+    if (index < 0) return {};
+    OverlayItem item = std::move(At(index));
     m_Keys.erase(m_Keys.begin() + index);
     m_Values.erase(m_Values.begin() + index);
-    return true;
-}
-
-void ItemMap::RemoveAll() {
-    m_Keys.clear();
-    m_Values.clear();
+    return item;
 }
 
 void ItemMap::SwapRecords(LONG a, LONG b) { std::swap(At(a), At(b)); }

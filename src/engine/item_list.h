@@ -2,6 +2,7 @@
 
 #include "engine/overlay_item.h"
 
+#include <optional>
 #include <vector>
 
 namespace vellumcaster {
@@ -13,9 +14,10 @@ using Cookie = LONG;
 /// to the record that stands there. There is no lock; the owner guards it.
 class ItemMap {
 public:
-    /// Appends a deep copy of the item.
-    /// \return S_OK; E_INVALIDARG for a cookie that is present; E_OUTOFMEMORY. After a failure the list is as before.
-    [[nodiscard]] HRESULT Add(Cookie cookie, const OverlayItem& item);
+    /// Appends an item.
+    /// \return S_OK; E_INVALIDARG for a cookie that is present; E_OUTOFMEMORY. After a failure list and item are as
+    ///         before.
+    [[nodiscard]] HRESULT Add(Cookie cookie, OverlayItem&& item);
 
     /// The index of a cookie, or -1.
     [[nodiscard]] LONG Find(Cookie cookie) const;
@@ -28,9 +30,8 @@ public:
     [[nodiscard]] Cookie Key(LONG index) const { return m_Keys[static_cast<std::size_t>(index)]; }
     [[nodiscard]] LONG Count() const { return static_cast<LONG>(m_Keys.size()); }
 
-    /// Releases a record and closes the gap. \return whether the cookie was present.
-    bool Remove(Cookie cookie);
-    void RemoveAll();
+    /// Takes a record out and closes the gap. \return none where the cookie is not present.
+    [[nodiscard]] std::optional<OverlayItem> Take(Cookie cookie);
 
     /// Swaps two records; the cookies stay where they are.
     void SwapRecords(LONG a, LONG b);

@@ -8,10 +8,12 @@ namespace {
 
 /// Each test sees the position as the test before left it.
 void WrapAround(OverlayItem& item, const SIZE& sizeFrame) {
-    if (-item.sizeItem.cx > item.dblPosX) item.dblPosX = sizeFrame.cx;
-    if (-item.sizeItem.cy > item.dblPosY) item.dblPosY = sizeFrame.cy;
-    if (sizeFrame.cx < item.dblPosX) item.dblPosX = -item.sizeItem.cx;
-    if (sizeFrame.cy < item.dblPosY) item.dblPosY = -item.sizeItem.cy;
+    const double width = item.sizeItem.cx; // whose negative always exists
+    const double height = item.sizeItem.cy;
+    if (-width > item.dblPosX) item.dblPosX = sizeFrame.cx;
+    if (-height > item.dblPosY) item.dblPosY = sizeFrame.cy;
+    if (sizeFrame.cx < item.dblPosX) item.dblPosX = -width;
+    if (sizeFrame.cy < item.dblPosY) item.dblPosY = -height;
 }
 
 LONG RoundPosition(double position) { return SaturateToInt32(RoundToInt64(position)); }

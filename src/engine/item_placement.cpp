@@ -11,10 +11,12 @@ namespace {
 
 constexpr LONG AlignDown(std::int64_t n, LONG step) { return static_cast<LONG>(n & ~std::int64_t{step - 1}); }
 
-/// The lower of the wanted edge and the last one behind which `length` still fits into 32 bits.
+/// The wanted edge, or the nearest from which `length` still fits into 32 bits. An item that could not be drawn yet may
+/// have any size.
 constexpr LONG FirstEdge(LONG wanted, LONG length, LONG step) {
+    const std::int64_t first = std::int64_t{std::numeric_limits<LONG>::min()} - std::min<LONG>(length, 0);
     const std::int64_t last = std::int64_t{std::numeric_limits<LONG>::max()} - std::max<LONG>(length, 0);
-    return AlignDown(std::min<std::int64_t>(wanted, last), step);
+    return AlignDown(std::clamp<std::int64_t>(wanted, first, last), step);
 }
 
 } // namespace

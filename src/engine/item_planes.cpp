@@ -35,10 +35,13 @@ HRESULT PrepareImage(OverlayItem& item, std::uint32_t dwInput) {
         return PrepareImage2(item.blobImage, item.sizeItem, dwInput, item.props, item.layerFore);
     }
     if (item.layerFore.blobAlpha.IsEmpty()) return S_OK;
+    return PrepareText(item, dwInput, item);
+}
+
+HRESULT PrepareText(const OverlayItem& coverage, std::uint32_t dwFormat, OverlayItem& item) {
     for (const TextLayer& text : textLayers) {
-        OverlayLayer& layer = text.LayerOf(item);
-        const HRESULT hr =
-            PrepareImage2(layer.blobAlpha, item.sizeItem, dwInput, text.ColorOf(item), item.props.sAlphaValue, layer);
+        const HRESULT hr = PrepareImage2((coverage.*text.layer).blobAlpha, coverage.sizeItem, dwFormat,
+                                         text.ColorOf(item), item.props.sAlphaValue, text.LayerOf(item));
         if (FAILED(hr)) return hr;
     }
     return S_OK;

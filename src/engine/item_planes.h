@@ -13,6 +13,12 @@ namespace vellumcaster {
 ///         image without a picture; else the first failure of `PrepareImage2`.
 [[nodiscard]] HRESULT PrepareImage(OverlayItem& item, std::uint32_t dwInput);
 
+/// Builds the planes of a text in any format.
+/// \param coverage  the text whose coverage pictures and size count.
+/// \param item  receives the planes, in the colours and with the alpha of its own record; may be the same item.
+/// \return S_OK; the first failure of `PrepareImage2`.
+[[nodiscard]] HRESULT PrepareText(const OverlayItem& coverage, std::uint32_t dwFormat, OverlayItem& item);
+
 /// Fills the colour planes of a text again, after a change of its colours; of an image it empties those that it does
 /// not have. A layer whose colour has an alpha of 0 loses its plane, the outline also where there is none.
 /// \param dwOutput  format of the output pin's stream.

@@ -5,6 +5,7 @@
 #include "image/picture_format.h"
 #include "image/resize.h"
 #include "image/rounding.h"
+#include "platform/com/no_exceptions.h"
 #include "platform/kernel/trace.h"
 
 #include <algorithm>
@@ -156,7 +157,7 @@ HRESULT DrawOutlined(const OutlineJob& job, OutlineRoad road, SIZE* pSize, BYTE*
     *ppFore = nullptr;
     if (ppBack) *ppBack = nullptr;
     if (ppOutline) *ppOutline = nullptr;
-    return RunDrawing([&] { return DrawPictures(job, road, pSize, ppFore, ppBack, ppOutline); });
+    return WithoutExceptions([&] { return DrawPictures(job, road, pSize, ppFore, ppBack, ppOutline); });
 }
 
 // NOLINTNEXTLINE(readability-function-size) the signature that callers know

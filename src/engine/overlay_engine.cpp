@@ -2,17 +2,20 @@
 
 namespace vellumcaster {
 
-template <class Operation>
-HRESULT COverlayEngine::WithItem(Cookie nCookie, const Operation& operation) {
+HRESULT COverlayEngine::AddPrepared(OverlayItem&& item, unsigned nPreparation, Cookie* pnCookie) {
     CAutoLock lock(m_csItems);
-    OverlayItem* pItem = m_Items.Lookup(nCookie);
-    return pItem ? operation(*pItem) : E_INVALIDARG;
+    // The stream's format may have become another one since.
+    if (m_nPreparation != nPreparation) {
+        const HRESULT hr = m_Painter.PrepareImage(item);
+        if (FAILED(hr)) return hr;
+    }
+    return AddItem(std::move(item), pnCookie);
 }
 
-HRESULT COverlayEngine::AddItem(const OverlayItem& item, Cookie* pnCookie) {
+HRESULT COverlayEngine::AddItem(OverlayItem&& item, Cookie* pnCookie) {
     CAutoLock lock(m_csItems);
     const Cookie cookie = m_Items.ChooseCookie(item);
-    const HRESULT hr = m_Items.Add(cookie, item);
+    const HRESULT hr = m_Items.Add(cookie, std::move(item));
     if (FAILED(hr)) return hr;
     if (pnCookie) *pnCookie = cookie;
     m_bDirty = true;
@@ -20,15 +23,18 @@ HRESULT COverlayEngine::AddItem(const OverlayItem& item, Cookie* pnCookie) {
 }
 
 HRESULT COverlayEngine::RemoveItem2(Cookie nCookie) {
+    std::optional<OverlayItem> removed; // goes when the lock is free: its callback is the application's
     CAutoLock lock(m_csItems);
-    if (!m_Items.Remove(nCookie)) return E_INVALIDARG;
+    removed = m_Items.Take(nCookie);
+    if (!removed) return E_INVALIDARG;
     m_bDirty = true;
     return S_OK;
 }
 
 HRESULT COverlayEngine::RemoveAllItems() {
+    ItemMap removed; // goes when the lock is free
     CAutoLock lock(m_csItems);
-    m_Items.RemoveAll();
+    std::swap(removed, m_Items);
     return S_OK;
 }
 
@@ -36,6 +42,18 @@ HRESULT COverlayEngine::GetItemCount2(LONG* pnCount) {
     if (!pnCount) return E_POINTER;
     CAutoLock lock(m_csItems);
     *pnCount = m_Items.Count();
+    return S_OK;
+}
+
+HRESULT COverlayEngine::GetItemInfo2(LONG nIndex, Cookie* pnCookie, BSTR* pbsName, ITEM_TYPE* pItemType) {
+    if (!pnCookie || !pbsName || !pItemType) return E_POINTER;
+    CAutoLock lock(m_csItems);
+    if (nIndex < 0 || nIndex >= m_Items.Count()) return E_INVALIDARG;
+    const OverlayItem& item = m_Items.At(nIndex);
+    const HRESULT hr = item.bsName.CopyTo(pbsName);
+    if (FAILED(hr)) return hr;
+    *pnCookie = m_Items.Key(nIndex);
+    *pItemType = item.eType;
     return S_OK;
 }
 
@@ -65,8 +83,9 @@ HRESULT COverlayEngine::SetItemProps(Cookie nCookie, const OVERLAY_PROPS* pProps
 }
 
 HRESULT COverlayEngine::SetItemCallback(Cookie nCookie, IVellumcasterCallback* pCallback) {
-    return WithItem(nCookie, [pCallback](OverlayItem& item) {
-        item.spCallback = pCallback;
+    CComPtr<IVellumcasterCallback> spCallback(pCallback); // the former one goes when the lock is free
+    return WithItem(nCookie, [&spCallback](OverlayItem& item) {
+        std::swap(item.spCallback, spCallback);
         return S_OK;
     });
 }
@@ -84,6 +103,7 @@ HRESULT COverlayEngine::ChangeItemOrder(Cookie nCookie, LONG nChange) {
 
 void COverlayEngine::PrepareItems() {
     CAutoLock lock(m_csItems);
+    ++m_nPreparation;
     for (LONG i = 0; i < m_Items.Count(); ++i)
         m_Painter.PrepareImage(m_Items.At(i));
 }

@@ -6,9 +6,13 @@
 #include "image/picture_format.h"
 #include "platform/kernel/critical_section.h"
 
+#include <vellumcaster/stream.h>
+
 #include <atomic>
 
 namespace vellumcaster {
+
+struct StoredItem;
 
 /// A frame to draw on, in the caller's memory.
 struct FrameBuffer {
@@ -29,70 +33,57 @@ public:
     COverlayEngine(const COverlayEngine&) = delete;
     COverlayEngine& operator=(const COverlayEngine&) = delete;
 
-    /// Puts a copy of an item, drawn and prepared already, on top of the stack.
+    /// Puts an item, drawn and prepared already, on top of the stack.
     /// \param pnCookie  receives the item's cookie; may be null.
     /// \return S_OK; E_OUTOFMEMORY, and list, cookie and dirty flag are as before.
-    HRESULT AddItem(const OverlayItem& item, Cookie* pnCookie);
+    HRESULT AddItem(OverlayItem&& item, Cookie* pnCookie);
 
-    /// Puts a bitmap on top of the stack, hidden, at (0, 0), with an alpha of 255. It is copied, scaled and prepared
-    /// without the item lock.
-    /// \param pImageInfo  24 or 32 bits, not compressed; where the picture is scaled it then describes the scaled one.
-    /// \param cbImage  bytes at `pbImage`, at least the record's `biSizeImage`.
-    /// \param bsItemName  null for "Memory Image".
-    /// \param nColorKeyMin, nColorKeyMax  as in the item's properties.
-    /// \param pSize  in: the size wanted in pixels, a 0 in either for the bitmap's own; out: the item's. May be null.
-    /// \param pnCookie  receives the item's cookie; may be null.
-    /// \return S_OK; E_INVALIDARG for a null bitmap, too few bytes, or a bitmap that cannot be taken; E_NOTIMPL in a
-    ///         stream whose format items cannot be prepared for; E_OUTOFMEMORY. After a failure the list is as before.
+    // The operations of `IVellumcaster2` that concern items, with its arguments and results.
+
+    HRESULT AddImage2(BSTR bsImageFileName, LONG nColorKeyMin, LONG nColorKeyMax, SIZE* pSize, Cookie* pnCookie);
     HRESULT AddImageFromMemory2(ImageInfoTag* pImageInfo, DWORD cbImage, const BYTE* pbImage, BSTR bsItemName,
                                 LONG nColorKeyMin, LONG nColorKeyMax, SIZE* pSize, Cookie* pnCookie);
-
-    /// Draws a text and puts it on top of the stack. It is drawn without the item lock; a frame number or a timecode is
-    /// drawn on its first frame.
-    /// \param eType  a kind of text.
-    /// \param pLogFont  null, or without a face name, for the default font.
-    /// \param nTextFormat  the format word of the text drawing call.
-    /// \param pOvlProps  the item's properties. `bsTextString` is the text of a fixed one; of a date or a time the
-    ///        picture that it is formatted by, "yyyy/MM/dd" or "HH:mm:ss" where there is none; of the others a label.
-    /// \param pSize  in: the least size wanted in pixels; out: the item's. May be null.
-    /// \param pnCookie  receives the item's cookie; may be null.
-    /// \return S_OK; E_INVALIDARG for a null record, a kind that is no text, or a fixed text that is not there;
-    ///         E_OUTOFMEMORY; what drawing answers. After a failure the list is as before.
     HRESULT AddOutlinedText(ITEM_TYPE eType, const LOGFONT* pLogFont, LONG nTextFormat, const OVERLAY_PROPS* pOvlProps,
                             SIZE* pSize, Cookie* pnCookie);
+    HRESULT AddOutlinedTextVB(ITEM_TYPE eType, BSTR bsFontFace, DWORD dwFontHeight, LONG nTextFormat,
+                              const OVERLAY_PROPS* pOvlProps, SIZE* pSize, Cookie* pnCookie);
+    HRESULT AddRoundRect(const SIZE* pSize, const SIZE* pEllipseSize, const OVERLAY_PROPS* pOvlProps, Cookie* pnCookie);
 
-    /// \return S_OK; E_INVALIDARG for an unknown cookie.
     HRESULT RemoveItem2(Cookie nCookie);
-
-    /// Empties the list. \return S_OK.
     HRESULT RemoveAllItems();
-
-    /// \return S_OK; E_POINTER.
     HRESULT GetItemCount2(LONG* pnCount);
-
-    /// The whole record, with a copy of the item's name in `bsTextString` that the caller frees.
-    /// \return S_OK; E_POINTER; E_INVALIDARG for an unknown cookie; E_OUTOFMEMORY.
-    HRESULT GetItemProps(Cookie nCookie, OVERLAY_PROPS* pProps);
-
-    /// Width and height of the item in pixels.
-    /// \return S_OK; E_POINTER; E_INVALIDARG for an unknown cookie.
-    HRESULT GetItemSize(Cookie nCookie, SIZE* pSize);
-
-    /// Applies a whole record: every field counts. The exact position is set to the record's, and what the
-    /// changes make necessary is drawn anew.
-    /// \param nMask  is not looked at.
-    /// \return S_OK; E_INVALIDARG for a null record or an unknown cookie; E_OUTOFMEMORY; for a text whose string
-    ///         or outline changed, what its drawing answers.
-    HRESULT SetItemProps(Cookie nCookie, const OVERLAY_PROPS* pProps, LONG nMask);
-
-    /// Replaces the item's callback and takes a reference; null removes it.
-    /// \return S_OK; E_INVALIDARG for an unknown cookie.
-    HRESULT SetItemCallback(Cookie nCookie, IVellumcasterCallback* pCallback);
-
-    /// Swaps the item's record with its neighbour's: above for a positive, below for a negative change. The
-    /// cookies keep their places, so each then names the other record. At the end of the list nothing moves.
-    /// \return S_OK; S_FALSE for a change of 0; E_INVALIDARG for an unknown cookie.
+    HRESULT GetItemInfo2(LONG nIndex, Cookie* pnCookie, BSTR* pbsName, ITEM_TYPE* pItemType);
     HRESULT ChangeItemOrder(Cookie nCookie, LONG nChange);
+
+    HRESULT GetItemSize(Cookie nCookie, SIZE* pSize);
+    HRESULT GetItemProps(Cookie nCookie, OVERLAY_PROPS* pProps);
+    HRESULT SetItemProps(Cookie nCookie, const OVERLAY_PROPS* pProps, LONG nMask);
+    HRESULT SetItemCallback(Cookie nCookie, IVellumcasterCallback* pCallback);
+    HRESULT ShowItem2(Cookie nCookie, BOOL bShow);
+    HRESULT IsItemShow2(Cookie nCookie, BOOL* pbShow);
+    HRESULT SwitchItems2(Cookie nCookieHide, Cookie nCookieShow);
+    HRESULT SetItemPos2(Cookie nCookie, LONG nPosX, LONG nPosY);
+    HRESULT GetItemPos2(Cookie nCookie, LONG* pnPosX, LONG* pnPosY);
+    HRESULT SetItemMovement(Cookie nCookie, double dblXDelta, double dblYDelta, BOOL bNoOffscreen);
+    HRESULT GetItemMovement(Cookie nCookie, double* pdblXDelta, double* pdblYDelta, BOOL* pbNoOffscreen);
+    HRESULT SetItemCounter(Cookie nCookie, LONG nCounter);
+    HRESULT GetItemCounter(Cookie nCookie, LONG* pnCounter);
+    HRESULT SetItemAlpha2(Cookie nCookie, std::int16_t sAlpha);
+    HRESULT GetItemAlpha2(Cookie nCookie, std::int16_t* psAlpha);
+
+    // The operations of `IVellumcasterItem`.
+
+    HRESULT GetItemTextFormat(Cookie nCookie, LOGFONT* pLogFont, LONG* pnTextFormat, ITEM_TYPE* pType);
+    HRESULT RenderItem(Cookie nCookie, const OVERLAY_PROPS* pProps, const ImageInfoTag* pImageInfo, BYTE* pbImage);
+
+    // The operations of `IPersistStream`. The stream is read and written from front to back.
+
+    HRESULT Load(ISequentialStream* pStm);
+    HRESULT Save(ISequentialStream* pStm, bool bClearDirty);
+    /// Whether there are changes that no stream holds.
+    [[nodiscard]] bool IsDirty() const { return m_bDirty; }
+    /// For what is kept beside the items.
+    void MarkDirty() { m_bDirty = true; }
 
     /// Builds the planes of every item, in list order, for a stream's format that has just become known. An item
     /// that cannot be prepared stays without planes and is not drawn.
@@ -113,12 +104,21 @@ public:
     /// Guards the list, its records and planes. Reentrant; held across a whole frame.
     [[nodiscard]] CCriticalSection& ItemLock() { return m_csItems; }
 
-    /// Whether there are changes that no stream holds.
-    [[nodiscard]] bool IsDirty() const { return m_bDirty; }
-
 private:
+    /// Runs an operation on an item. \return its answer; E_INVALIDARG for an unknown cookie.
     template <class Operation>
-    HRESULT WithItem(Cookie nCookie, const Operation& operation);
+    HRESULT WithItem(Cookie nCookie, const Operation& operation) {
+        CAutoLock lock(m_csItems);
+        OverlayItem* pItem = m_Items.Lookup(nCookie);
+        return pItem ? operation(*pItem) : E_INVALIDARG;
+    }
+
+    /// Puts an item that was prepared without the item lock on top of the stack.
+    /// \param nPreparation  `m_nPreparation` from before the item was prepared.
+    HRESULT AddPrepared(OverlayItem&& item, unsigned nPreparation, Cookie* pnCookie);
+
+    /// Adds an item as a stream has it; one that cannot be made is passed over.
+    void AddStored(StoredItem& item);
 
     HRESULT ApplyProps(OverlayItem& item, const OVERLAY_PROPS& props);
     HRESULT ApplyText(OverlayItem& item, const OVERLAY_PROPS& before, BSTR bsText);
@@ -127,7 +127,8 @@ private:
     IItemPainter& m_Painter;
     ItemMap m_Items;
     CCriticalSection m_csItems;
-    std::atomic<bool> m_bDirty = false; ///< read without the lock
+    std::atomic<unsigned> m_nPreparation = 0; ///< how often all items were prepared; read without the lock
+    std::atomic<bool> m_bDirty = false;       ///< read without the lock
 };
 
 } // namespace vellumcaster

@@ -15,8 +15,8 @@ namespace vellumcaster {
 /// `llClockOffset` of an item whose next live update anchors its clock anew.
 inline constexpr LONGLONG llAnchorClockAnew = std::numeric_limits<LONGLONG>::max();
 
-/// Everything that is needed to draw one picture or one text on every frame. An item owns its buffers; a copy is
-/// deep and can fail for want of memory, so it is made by `CopyFrom`.
+/// Everything that is needed to draw one picture or one text on every frame. An item owns its buffers and is never
+/// copied: it moves from who made it into the list.
 struct OverlayItem {
     ITEM_TYPE eType = eText;
     LOGFONT logFont;      ///< of a text; an empty face name: no font was asked for
@@ -34,9 +34,6 @@ struct OverlayItem {
     OverlayLayer layerFore;
     OverlayLayer layerBack;
     OverlayLayer layerOutline;
-
-    /// Becomes a deep copy of `other`. \return E_OUTOFMEMORY leaves the item in an unspecified, valid state.
-    [[nodiscard]] HRESULT CopyFrom(const OverlayItem& other);
 
     /// Puts the exact position where the set position is.
     void SnapToSetPosition() {

@@ -1,6 +1,7 @@
 #include "engine/props_codec.h"
 
-#include <bit>
+#include "platform/kernel/little_endian.h"
+
 #include <type_traits>
 
 namespace vellumcaster {
@@ -27,31 +28,19 @@ void ForEachStoredField(Props& props, const Visit& visit) {
     visit(72, props.dblOutlineWidth);
 }
 
-/// The unsigned integer that has the bits of a field.
-template <class Field>
-using BitsOf = std::conditional_t<sizeof(Field) == 8, std::uint64_t,
-                                  std::conditional_t<sizeof(Field) == 4, std::uint32_t, std::uint16_t>>;
-
 } // namespace
 
 std::array<BYTE, cbStoredProps> EncodeProps(const OVERLAY_PROPS& props) {
     std::array<BYTE, cbStoredProps> stored{};
-    ForEachStoredField(props, [&stored](std::size_t offset, const auto& field) {
-        auto bits = std::bit_cast<BitsOf<std::decay_t<decltype(field)>>>(field);
-        for (std::size_t i = 0; i < sizeof(bits); ++i)
-            stored[offset + i] = static_cast<BYTE>(bits >> (8 * i));
-    });
+    ForEachStoredField(
+        props, [&stored](std::size_t offset, const auto& field) { StoreLittleEndian(stored.data() + offset, field); });
     return stored;
 }
 
 OVERLAY_PROPS DecodeProps(std::span<const BYTE, cbStoredProps> stored) {
     OVERLAY_PROPS props;
     ForEachStoredField(props, [&stored](std::size_t offset, auto& field) {
-        using Field = std::decay_t<decltype(field)>;
-        std::uint64_t bits = 0;
-        for (std::size_t i = 0; i < sizeof(Field); ++i)
-            bits |= std::uint64_t{stored[offset + i]} << (8 * i);
-        field = std::bit_cast<Field>(static_cast<BitsOf<Field>>(bits));
+        field = LoadLittleEndian<std::decay_t<decltype(field)>>(stored.data() + offset);
     });
     return props;
 }

@@ -2,24 +2,26 @@
 
 #include "engine/item_planes.h"
 #include "engine/text_item.h"
+#include "platform/com/no_exceptions.h"
 #include "platform/com/utf8.h"
 
 namespace vellumcaster {
 
 HRESULT CStreamPainter::UpdateLiveItem(OverlayItem& item, bool bShow) {
-    return vellumcaster::UpdateLiveItem(item, bShow, Stream());
+    return WithoutExceptions([&] { return vellumcaster::UpdateLiveItem(item, bShow, Stream()); });
 }
 
 HRESULT CStreamPainter::UpdateTextItem(OverlayItem& item) {
-    return vellumcaster::UpdateTextItem(item, ToUtf8(item.bsName.View()).c_str(), m_dwInput);
+    return WithoutExceptions(
+        [&] { return vellumcaster::UpdateTextItem(item, ToUtf8(item.bsName.View()).c_str(), m_dwInput); });
 }
 
 HRESULT CStreamPainter::UpdateDate(OverlayItem& item, bool bForce) {
-    return vellumcaster::UpdateDate(item, bForce, Stream());
+    return WithoutExceptions([&] { return vellumcaster::UpdateDate(item, bForce, Stream()); });
 }
 
 HRESULT CStreamPainter::UpdateTime(OverlayItem& item, bool bForce) {
-    return vellumcaster::UpdateTime(item, bForce, Stream());
+    return WithoutExceptions([&] { return vellumcaster::UpdateTime(item, bForce, Stream()); });
 }
 
 HRESULT CStreamPainter::UpdateItemColors(OverlayItem& item) { return vellumcaster::UpdateItemColors(item, m_dwOutput); }

@@ -1,5 +1,6 @@
 #include "engine/text_rasteriser.h"
 #include "engine/text_steps.h"
+#include "platform/com/no_exceptions.h"
 
 #include <algorithm>
 
@@ -52,7 +53,7 @@ HRESULT String2ImageAlpha(const char* pszText, const LOGFONT* pLogFont, SIZE* pS
     if (!pszText || !ppFore) return E_POINTER;
     *ppFore = nullptr;
     if (ppBack) *ppBack = nullptr;
-    return RunDrawing([&] { return DrawPlain(pszText, pLogFont, pSize, ppFore, ppBack, nTextFormat, nMargin); });
+    return WithoutExceptions([&] { return DrawPlain(pszText, pLogFont, pSize, ppFore, ppBack, nTextFormat, nMargin); });
 }
 
 } // namespace vellumcaster::CImageHelp

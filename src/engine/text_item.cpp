@@ -12,26 +12,22 @@ namespace {
 constexpr LONG nMargin = 4; ///< pixels round a text
 constexpr LONG nScale = 2;  ///< of the canvas that an outlined text is drawn on, before small fonts raise it
 
-/// Coverage pictures on their way into an item.
-struct Coverage {
-    CTaskBlob fore;
-    CTaskBlob back;
-    CTaskBlob outline;
-};
-
 void Adopt(CTaskBlob& blob, BYTE* pPicture, const SIZE& size) {
     if (pPicture) blob.TakeOver(pPicture, PictureBytes(size));
 }
 
-HRESULT Draw(const OverlayItem& item, const char* pszText, SIZE& size, Coverage& coverage) {
+} // namespace
+
+HRESULT DrawText(const OverlayItem& item, const char* pszText, double dblOutlineWidth, TextCoverage& coverage) {
     const LOGFONT* pFont = item.logFont.lfFaceName[0] ? &item.logFont : nullptr;
+    SIZE& size = coverage.size;
     BYTE* pFore = nullptr;
     BYTE* pBack = nullptr;
     BYTE* pOutline = nullptr;
     const HRESULT hr =
-        item.props.dblOutlineWidth != 0.0
-            ? CImageHelp::OutlineString2Alpha(pszText, pFont, &size, &pFore, &pBack, &pOutline,
-                                              item.props.dblOutlineWidth, item.nTextFormat, nMargin, nScale)
+        dblOutlineWidth != 0.0
+            ? CImageHelp::OutlineString2Alpha(pszText, pFont, &size, &pFore, &pBack, &pOutline, dblOutlineWidth,
+                                              item.nTextFormat, nMargin, nScale)
             : CImageHelp::String2ImageAlpha(pszText, pFont, &size, &pFore, &pBack, item.nTextFormat, nMargin);
     if (FAILED(hr)) return hr;
     Adopt(coverage.fore, pFore, size);
@@ -40,13 +36,11 @@ HRESULT Draw(const OverlayItem& item, const char* pszText, SIZE& size, Coverage&
     return hr;
 }
 
-} // namespace
-
 HRESULT UpdateTextItem(OverlayItem& item, const char* pszText, std::uint32_t dwInput) {
     if (!pszText) return E_INVALIDARG;
-    SIZE size = item.sizeItem;
-    Coverage coverage;
-    const HRESULT hr = Draw(item, pszText, size, coverage);
+    TextCoverage coverage;
+    coverage.size = item.sizeItem;
+    const HRESULT hr = DrawText(item, pszText, item.props.dblOutlineWidth, coverage);
     if (FAILED(hr)) {
         VELLUM_TRACE_LINE(
             TraceCategory::General, TraceLevel::Error,
@@ -54,7 +48,7 @@ HRESULT UpdateTextItem(OverlayItem& item, const char* pszText, std::uint32_t dwI
             pszText, hr);
         return hr;
     }
-    item.sizeItem = size;
+    item.sizeItem = coverage.size;
     item.layerFore.blobAlpha = std::move(coverage.fore);
     item.layerBack.blobAlpha = std::move(coverage.back);
     item.layerOutline.blobAlpha = std::move(coverage.outline);

@@ -38,16 +38,4 @@ inline void GiveOut(CTaskBlob& picture, BYTE** ppPicture) {
     if (ppPicture) *ppPicture = picture.Detach().data();
 }
 
-/// Runs a drawing; no exception leaves it.
-template <class Draw>
-HRESULT RunDrawing(Draw draw) {
-    try {
-        return draw();
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    } catch (...) {
-        return E_UNEXPECTED;
-    }
-}
-
 } // namespace vellumcaster::CImageHelp

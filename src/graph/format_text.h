@@ -52,7 +52,14 @@ const char* FormatRefTime(REFERENCE_TIME t, std::span<char> buffer);
 /// Decimal digits in groups of three with blanks between them: 1 000 000.
 const char* FormatGrouped(std::int64_t value, std::span<char> buffer);
 
-/// The same, by value.
+// The same, by value.
+
+[[nodiscard]] inline CShortText<cchRefTime> FormatRefTime(REFERENCE_TIME t) {
+    CShortText<cchRefTime> text;
+    FormatRefTime(t, text.Buffer());
+    return text;
+}
+
 [[nodiscard]] inline CShortText<cchGrouped> FormatGrouped(std::int64_t value) {
     CShortText<cchGrouped> text;
     FormatGrouped(value, text.Buffer());

@@ -24,7 +24,7 @@ protected:
         static_cast<void>(item.bsName.Assign(std::u16string_view(u"item")));
         item.spCallback = spCallback.Get();
         Cookie cookie = 0;
-        EXPECT_EQ(m_Engine.AddItem(item, &cookie), S_OK);
+        EXPECT_EQ(m_Engine.AddItem(std::move(item), &cookie), S_OK);
         return cookie;
     }
 
@@ -144,7 +144,7 @@ TEST_F(FrameCallback, MayTakeItemsOffTheList) {
     next.props.nPosX = 1;
     next.SnapToSetPosition();
     Cookie nextCookie = 0;
-    ASSERT_EQ(m_Engine.AddItem(next, &nextCookie), S_OK);
+    ASSERT_EQ(m_Engine.AddItem(std::move(next), &nextCookie), S_OK);
 
     removed = own; // the neighbour moves into the place and is drawn there, unchanged
     EXPECT_EQ(Mix(), (std::array<int, 8>{0, 60, 0, 0, 0, 0, 0, 0}));

@@ -222,7 +222,7 @@ TEST_F(MixingPass, AllocatesNothingOnTheFramePath) {
     OverlayItem moving = FlatItem(RGB32, {2, 2}, nOverlay, 128);
     moving.props.dblXDelta = 0.5;
     moving.props.bNoOffscreen = 1;
-    ASSERT_EQ(m_Filter.Engine().AddItem(moving, nullptr), S_OK);
+    ASSERT_EQ(m_Filter.Engine().AddItem(std::move(moving), nullptr), S_OK);
     ASSERT_EQ(m_spOut->m_blobExtra.Alloc(32, true, 0), S_OK);
     for (const bool bSeparated : {false, true}) {
         for (const bool bReadOnly : {false, true}) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <utility>
 
 namespace vellumcaster {
 namespace {
@@ -20,9 +21,9 @@ OverlayItem TextItem(ITEM_TYPE eType, const char16_t* pszName) {
 
 class OverlayEngine : public testing::Test {
 protected:
-    Cookie Add(const OverlayItem& item) {
+    Cookie Add(OverlayItem item) {
         Cookie cookie = -1;
-        EXPECT_EQ(m_Engine.AddItem(item, &cookie), S_OK);
+        EXPECT_EQ(m_Engine.AddItem(std::move(item), &cookie), S_OK);
         return cookie;
     }
 
@@ -76,6 +77,39 @@ TEST_F(OverlayEngine, SwapsRecordsAndNotCookies) {
     EXPECT_EQ(m_Engine.ChangeItemOrder(12345, 1), E_INVALIDARG);
 }
 
+TEST(AddedItem, IsPreparedAgainForAFormatThatCameMeanwhile) {
+    // The connection is made while a picture is on its way into the list.
+    class CInterruptedPainter final : public IItemPainter {
+    public:
+        HRESULT UpdateLiveItem(OverlayItem&, bool) override { return S_OK; }
+        HRESULT UpdateTextItem(OverlayItem& item) override { return PrepareImage(item); }
+        HRESULT UpdateDate(OverlayItem& item, bool) override { return PrepareImage(item); }
+        HRESULT UpdateTime(OverlayItem& item, bool) override { return PrepareImage(item); }
+        HRESULT UpdateItemColors(OverlayItem&) override { return S_OK; }
+        HRESULT UpdateItemAlpha(OverlayItem&) override { return S_OK; }
+        HRESULT PrepareImage(OverlayItem& item) override {
+            item.nTextFormat = nFormat;
+            if (pConnected) std::exchange(pConnected, nullptr)->PrepareItems();
+            nFormat = 2;
+            return S_OK;
+        }
+        COverlayEngine* pConnected = nullptr;
+        LONG nFormat = 1;
+    };
+    CInterruptedPainter painter;
+    COverlayEngine engine(painter);
+    painter.pConnected = &engine;
+    CBstr text;
+    ASSERT_EQ(text.Assign(std::u16string_view(u"text")), S_OK);
+    OVERLAY_PROPS props;
+    props.bsTextString = text.Get();
+    Cookie cookie = 0;
+    ASSERT_EQ(engine.AddOutlinedText(eText, nullptr, 0, &props, nullptr, &cookie), S_OK);
+    LONG nPreparedFor = 0;
+    ASSERT_EQ(engine.GetItemTextFormat(cookie, nullptr, &nPreparedFor, nullptr), S_OK);
+    EXPECT_EQ(nPreparedFor, 2);
+}
+
 TEST_F(OverlayEngine, StartsAStreamFromTheSetValues) {
     OverlayItem item = TextItem(eFrameNumber, u"n");
     item.props.nCounterStart = 25;
@@ -84,7 +118,7 @@ TEST_F(OverlayEngine, StartsAStreamFromTheSetValues) {
     item.dblPosX = 123.5;
     item.props.bShow = 1;
     item.props.dblXDelta = 1;
-    const Cookie cookie = Add(item);
+    const Cookie cookie = Add(std::move(item));
     m_Engine.ResetItemForRun();
 
     BYTE frame[16] = {};
@@ -153,8 +187,8 @@ TEST_F(OverlayEngine, UpdatesHiddenItemsAndMixesShownOnes) {
     OverlayItem hidden = FlatItem(format_code::RGB32, {2, 2}, 200);
     hidden.props.bShow = 0;
     hidden.props.dblXDelta = 1;
-    Add(shown);
-    const Cookie cookie = Add(hidden);
+    Add(std::move(shown));
+    const Cookie cookie = Add(std::move(hidden));
     m_Engine.PrepareItems();
     BYTE frame[16] = {};
     ASSERT_EQ(m_Engine.MixFrame({frame, 16, {format_code::RGB32, 2, -2, 0}}, {2, 2}, {}), S_OK);
@@ -184,10 +218,10 @@ TEST_F(OverlayEngine, MixesItemsAndLayersFromTheBottomUp) {
     std::fill_n(item.layerBack.planeWeight.Data(), 12, BYTE{255});
     std::fill_n(item.layerOutline.planeWeight.Data(), 8, BYTE{255});
     std::fill_n(item.layerFore.planeWeight.Data(), 4, BYTE{255});
-    Add(item);
+    Add(std::move(item));
     OverlayItem above = FlatItem(format_code::RGB32, {1, 1}, 40);
     above.props.nPosX = 3;
-    Add(above);
+    Add(std::move(above));
 
     BYTE frame[16] = {};
     ASSERT_EQ(m_Engine.MixFrame({frame, 16, {format_code::RGB32, 4, -1, 0}}, {4, 1}, {}), S_OK);

@@ -54,7 +54,7 @@ TEST(FormatText, WritesTimesAsSeconds) {
                                           {10'000'000'000'000'000, "1000000000.000"},
                                           {-10'000'000'070'000'005, "-1000000007.000'0005"},
                                           {lowest, "-922337203685.477'5808"}};
-    ExpectTexts(FormatRefTime, cases);
+    ExpectTexts([](REFERENCE_TIME t, std::span<char> b) { return FormatRefTime(t, b); }, cases);
 }
 
 TEST(FormatText, NamesVideoCodes) {

@@ -47,7 +47,9 @@ public:
     [[nodiscard]] HRESULT CopyTo(BSTR* pbs) const;
 
     [[nodiscard]] BSTR Get() const { return m_bs; }
-    [[nodiscard]] std::u16string_view View() const { return {m_bs, SysStringLen(m_bs)}; }
+    [[nodiscard]] std::u16string_view View() const { return View(m_bs); }
+    /// What any string holds; null is empty.
+    [[nodiscard]] static std::u16string_view View(BSTR bs) { return {bs, SysStringLen(bs)}; }
     explicit operator bool() const { return m_bs != nullptr; }
 
 private:

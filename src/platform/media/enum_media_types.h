@@ -1,13 +1,9 @@
 #pragma once
 
+#include "platform/media/graph_results.h"
 #include "platform/media/media_type.h"
 
-#include <vellumcaster/results.h>
-
 namespace vellumcaster {
-
-/// The pin's types have changed since the enumerator was made or reset.
-inline constexpr HRESULT VFW_E_ENUM_OUT_OF_SYNC = detail::Result(0x80040203);
 
 /// Walks over the media types that a pin prefers.
 struct IEnumMediaTypes : IUnknown {

@@ -6,6 +6,7 @@
 namespace vellumcaster {
 
 inline constexpr HRESULT VFW_E_INVALIDMEDIATYPE = detail::Result(0x80040200);
+/// What an enumerator walks over has changed since it was made or reset.
 inline constexpr HRESULT VFW_E_ENUM_OUT_OF_SYNC = detail::Result(0x80040203);
 inline constexpr HRESULT VFW_E_ALREADY_CONNECTED = detail::Result(0x80040204);
 inline constexpr HRESULT VFW_E_NO_ACCEPTABLE_TYPES = detail::Result(0x80040207);

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "engine/frame_mixer.h"
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+#include <utility>
+
+namespace vellumcaster::testing_support {
+
+inline CBstr Text(std::u16string_view text) {
+    CBstr bs;
+    EXPECT_EQ(bs.Assign(text), S_OK);
+    return bs;
+}
+
+/// The name in a record that was handed out, which is freed.
+inline std::u16string TakeName(BSTR& bs) {
+    const BSTR bsTaken = std::exchange(bs, nullptr);
+    std::u16string name(CBstr::View(bsTaken));
+    SysFreeString(bsTaken);
+    return name;
+}
+
+/// A frame mixer through all of its interfaces.
+struct MixerControl {
+    template <class Interface>
+    [[nodiscard]] CComPtr<Interface> Ask() const {
+        CComPtr<Interface> sp;
+        EXPECT_EQ(spMixer->QueryInterface(Interface::IID, reinterpret_cast<void**>(sp.Put())), S_OK);
+        return sp;
+    }
+
+    CComPtr<IFrameMixer> spMixer = MakeFrameMixer();
+    CComPtr<IVellumcaster> spFirst = Ask<IVellumcaster>();
+    CComPtr<IVellumcaster2> spControl = Ask<IVellumcaster2>();
+    CComPtr<IPersistStream> spPersist = Ask<IPersistStream>();
+    CComPtr<IVellumcasterItem> spItem = Ask<IVellumcasterItem>();
+
+    /// A shown text of some kind. \return its cookie.
+    LONG AddText(ITEM_TYPE eType = eText, std::u16string_view text = u"text") const {
+        const CBstr bs = Text(text);
+        OVERLAY_PROPS props;
+        props.bShow = 1;
+        props.sAlphaValue = 255;
+        props.lForeColor = static_cast<LONG>(0xFFFFFFFF);
+        props.nCounterCur = props.nCounterStart = -1;
+        props.bsTextString = bs.Get();
+        LONG cookie = -1;
+        EXPECT_EQ(spControl->AddOutlinedText(eType, nullptr, 4, &props, nullptr, &cookie), S_OK);
+        return cookie;
+    }
+
+    /// A hidden picture of 4x2 pixels.
+    LONG AddPicture() const {
+        ImageInfoTag info{4, -2, 32, 0, 32};
+        const BYTE pixels[32] = {};
+        LONG cookie = -1;
+        EXPECT_EQ(spControl->AddImageFromMemory2(&info, 32, pixels, nullptr, -1, -1, nullptr, &cookie), S_OK);
+        return cookie;
+    }
+
+    [[nodiscard]] OVERLAY_PROPS PropsOf(LONG cookie) const {
+        OVERLAY_PROPS props;
+        EXPECT_EQ(spControl->GetItemProps(cookie, &props), S_OK);
+        TakeName(props.bsTextString);
+        return props;
+    }
+
+    [[nodiscard]] SIZE SizeOf(LONG cookie) const {
+        SIZE size;
+        EXPECT_EQ(spControl->GetItemSize(cookie, &size), S_OK);
+        return size;
+    }
+};
+
+} // namespace vellumcaster::testing_support

@@ -116,7 +116,8 @@ private:
 
     void Add(const Panel& panel) {
         OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
-        if (FAILED(m_Filter.Engine().AddItem(std::move(item), nullptr))) throw Refusal("there is no memory for another panel");
+        if (FAILED(m_Filter.Engine().AddItem(std::move(item), nullptr)))
+            throw Refusal("there is no memory for another panel");
     }
 
     void Stamp(IMediaSample& sample) const {

@@ -1,9 +1,11 @@
 #include "host/clip_run.h"
 
-#include "engine/stream_painter.h"
 #include "engine/vellumcaster_filter.h"
-#include "graph/plain/plain_sample.h"
 #include "host/frame_carrier.h"
+#include "host/graph/frame_sink.h"
+#include "host/graph/frame_source.h"
+#include "host/graph/graph_builder.h"
+#include "host/interruption.h"
 #include "host/output_file.h"
 #include "host/progress_line.h"
 #include "host/refusal.h"
@@ -13,8 +15,8 @@
 #include "platform/com/utf8.h"
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
-#include <functional>
 #include <utility>
 
 namespace vellumcaster {
@@ -38,35 +40,6 @@ std::uint32_t ChoosePixels(const std::optional<std::string>& wanted, ChromaLayou
                   NamesOf(carried));
 }
 
-/// The pin at the end of the filter. What goes wrong behind it is kept, because no exception passes through a pin.
-class CFrameSink final : public CUnknownImpl<IMemInputPin> {
-public:
-    explicit CFrameSink(std::function<void()> onFrame) : m_onFrame(std::move(onFrame)) {}
-
-    HRESULT GetAllocator(IMemAllocator**) override { return E_NOTIMPL; }
-    HRESULT NotifyAllocator(IMemAllocator*, BOOL) override { return E_NOTIMPL; }
-    HRESULT GetAllocatorRequirements(ALLOCATOR_PROPERTIES*) override { return E_NOTIMPL; }
-    HRESULT Receive(IMediaSample*) override {
-        try {
-            m_onFrame();
-            return S_OK;
-        } catch (...) {
-            m_Failure = std::current_exception();
-            return E_FAIL;
-        }
-    }
-    HRESULT ReceiveMultiple(IMediaSample**, LONG, LONG*) override { return E_NOTIMPL; }
-    HRESULT ReceiveCanBlock() override { return S_FALSE; }
-
-    void RethrowFailure() const {
-        if (m_Failure) std::rethrow_exception(m_Failure);
-    }
-
-private:
-    std::function<void()> m_onFrame;
-    std::exception_ptr m_Failure;
-};
-
 /// When a frame is shown, in units of 100 ns from the start of the clip.
 REFERENCE_TIME TimeOfFrame(std::int64_t nFrame, const FrameRate& rate) {
     constexpr double unitsPerSecond = 1e7;
@@ -74,7 +47,7 @@ REFERENCE_TIME TimeOfFrame(std::int64_t nFrame, const FrameRate& rate) {
                         static_cast<double>(rate.numerator));
 }
 
-/// One run: a clip, its way through the filter, and where it goes.
+/// One run: a clip, its way through a graph of source, filter and sink, and where it goes.
 class CClipPass {
 public:
     CClipPass(const ClipRun& run, CY4mReader& reader, COutputFile& output)
@@ -82,42 +55,98 @@ public:
           m_Reader(reader),
           m_Output(output),
           m_Carrier(reader.Header(), ChoosePixels(run.pixels, reader.Header().layout)) {
-        m_spIn->m_pfConnected = m_spOut->m_pfConnected = m_Carrier.StreamFormat();
-        m_spOut->m_spMemInput = m_spSink.Get();
-        m_Painter.SetInputFormat(m_Carrier.StreamFormat().dwFormat);
-        m_Painter.SetOutputFormat(m_Carrier.StreamFormat().dwFormat);
-        if (const auto& rate = reader.Header().rate) m_Painter.SetAvgTimePerFrame(TimeOfFrame(1, *rate));
+        Connect();
         for (const auto& item : run.items)
             std::visit([this](const auto& kind) { Add(kind); }, item);
-        m_Filter.Engine().ResetItemForRun();
     }
+    CClipPass(const CClipPass&) = delete;
+    CClipPass& operator=(const CClipPass&) = delete;
+    ~CClipPass() { m_spGraph->Clear(); }
 
     void Run() {
         m_Output.Write(m_Reader.HeaderLine() + "\n");
-        CProgressLine progress;
-        const std::span<std::uint8_t> frame = m_Carrier.StreamFrame();
-        const auto spSample = MakeCounted<CPlainSample>(frame.data(), static_cast<LONG>(frame.size()));
-        while (m_Reader.ReadFrame(m_FrameLine, m_Carrier.ClipFrame())) {
-            m_Carrier.ClipToStream();
-            Stamp(*spSample);
-            const HRESULT hr = m_Filter.Filter_SendSample(0, spSample.Get());
-            m_spSink->RethrowFailure();
-            if (FAILED(hr)) throw Refusal("frame " + std::to_string(m_nFrame) + " did not pass the filter");
-            progress.Show(++m_nFrame);
+        Check(m_spGraph->Run(), "the graph does not run");
+        {
+            const CSignalsForOthers others;
+            m_spSink->WaitForEnd();
         }
+        static_cast<void>(m_spGraph->Stop());
+        if (m_Failure) std::rethrow_exception(m_Failure);
+        Check(m_spSource->Outcome(), "frame " + std::to_string(m_nFrame) + " did not pass the filter");
     }
 
     [[nodiscard]] std::int64_t FrameCount() const { return m_nFrame; }
 
 private:
-    void Add(const Picture& picture) { static_cast<void>(AddPicture(m_Filter.Engine(), picture)); }
+    static void Check(HRESULT hr, const std::string& sentence) {
+        if (FAILED(hr)) throw Refusal(sentence);
+    }
 
-    void Add(const Caption& caption) { AddCaption(m_Filter.Engine(), caption); }
+    void Connect() {
+        const REFERENCE_TIME avgTimePerFrame = m_Reader.Header().rate ? TimeOfFrame(1, *m_Reader.Header().rate) : 0;
+        SourceManners source;
+        source.streams = {{m_Carrier.StreamFormat(), avgTimePerFrame}};
+        source.fill = [this](IMediaSample& sample, const PictureFormat&) {
+            return Guard([&] { return FillFrame(sample); });
+        };
+        SinkManners sink;
+        sink.take = [this](IMediaSample& sample, const PictureFormat&) {
+            return Guard([&] { return TakeMixedFrame(sample); });
+        };
+        m_spSource = MakeCounted<CFrameSource>(std::move(source));
+        m_spSink = MakeCounted<CFrameSink>(std::move(sink));
+        Check(CCoVellumcaster::Make(m_spFilter), "there is no memory for the filter");
+        Check(BuildGraph(*m_spGraph, *m_spSource, *m_spFilter, *m_spSink), "the clip's frames do not suit the filter");
+    }
+
+    void Add(const Picture& picture) { static_cast<void>(AddPicture(m_spFilter->Engine(), picture)); }
+
+    void Add(const Caption& caption) { AddCaption(m_spFilter->Engine(), caption); }
 
     void Add(const Panel& panel) {
         OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
-        if (FAILED(m_Filter.Engine().AddItem(std::move(item), nullptr)))
-            throw Refusal("there is no memory for another panel");
+        Check(m_spFilter->Engine().AddItem(std::move(item), nullptr), "there is no memory for another panel");
+    }
+
+    /// Runs a step of the stream. What goes wrong is kept, because no exception passes through a pin.
+    template <class Step>
+    HRESULT Guard(const Step& step) {
+        try {
+            return step();
+        } catch (...) {
+            m_Failure = std::current_exception();
+            return E_FAIL;
+        }
+    }
+
+    HRESULT FillFrame(IMediaSample& sample) {
+        if (!m_Reader.ReadFrame(m_FrameLine, m_Carrier.ClipFrame())) return S_FALSE;
+        m_Carrier.ClipToStream();
+        const std::span<std::uint8_t> frame = m_Carrier.StreamFrame();
+        std::memcpy(DataOf(sample, frame.size()), frame.data(), frame.size());
+        sample.SetActualDataLength(static_cast<LONG>(frame.size()));
+        Stamp(sample);
+        return S_OK;
+    }
+
+    HRESULT TakeMixedFrame(IMediaSample& sample) {
+        const std::span<std::uint8_t> frame = m_Carrier.StreamFrame();
+        std::memcpy(frame.data(), DataOf(sample, frame.size()), frame.size());
+        m_Carrier.StreamToClip();
+        m_FrameLine += '\n';
+        m_Output.Write(m_FrameLine);
+        m_Output.Write(m_Carrier.ClipFrame());
+        for (const Snapshot& snapshot : m_Run.snapshots)
+            if (snapshot.nFrame == m_nFrame) WriteSnapshot(snapshot.path, m_Reader.Header(), m_Carrier.ClipFrame());
+        m_Progress.Show(++m_nFrame);
+        return S_OK;
+    }
+
+    static BYTE* DataOf(IMediaSample& sample, std::size_t cb) {
+        BYTE* pData = nullptr;
+        Check(sample.GetPointer(&pData), "a sample has no memory");
+        if (static_cast<std::size_t>(sample.GetSize()) < cb) throw Refusal("a sample is too small for a frame");
+        return pData;
     }
 
     void Stamp(IMediaSample& sample) const {
@@ -127,26 +156,18 @@ private:
         sample.SetTime(&start, &stop);
     }
 
-    void TakeMixedFrame() {
-        m_Carrier.StreamToClip();
-        m_FrameLine += '\n';
-        m_Output.Write(m_FrameLine);
-        m_Output.Write(m_Carrier.ClipFrame());
-        for (const Snapshot& snapshot : m_Run.snapshots)
-            if (snapshot.nFrame == m_nFrame) WriteSnapshot(snapshot.path, m_Reader.Header(), m_Carrier.ClipFrame());
-    }
-
     const ClipRun& m_Run;
     CY4mReader& m_Reader;
     COutputFile& m_Output;
     CFrameCarrier m_Carrier;
+    CProgressLine m_Progress;
     std::int64_t m_nFrame = 0;
     std::string m_FrameLine;
-    CStreamPainter m_Painter;
-    CComPtr<CPlainInputPin> m_spIn = MakeCounted<CPlainInputPin>();
-    CComPtr<CPlainOutputPin> m_spOut = MakeCounted<CPlainOutputPin>();
-    CComPtr<CFrameSink> m_spSink = MakeCounted<CFrameSink>([this] { TakeMixedFrame(); });
-    CCoVellumcaster m_Filter{m_Painter, m_spIn, m_spOut};
+    std::exception_ptr m_Failure;
+    CComPtr<CGraph> m_spGraph = MakeCounted<CGraph>();
+    CComPtr<CFrameSource> m_spSource;
+    CComPtr<CFrameSink> m_spSink;
+    CComPtr<CCoVellumcaster> m_spFilter;
 };
 
 } // namespace

@@ -1,20 +1,24 @@
 #include "host/interruption.h"
 
+#include <array>
+#include <atomic>
 #include <csignal>
-#include <initializer_list>
 
 namespace vellumcaster {
 
 namespace {
 
-volatile std::sig_atomic_t g_nSignal = 0;
+constexpr std::array interruptions{SIGINT, SIGTERM, SIGHUP};
+
+std::atomic<int> g_nSignal = 0;
+static_assert(std::atomic<int>::is_always_lock_free);
 
 void Keep(int nSignal) { g_nSignal = nSignal; }
 
 } // namespace
 
 void WatchForInterruptions() {
-    for (const int nSignal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int nSignal : interruptions) {
         struct sigaction action {};
         if (sigaction(nSignal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
         action.sa_handler = Keep;
@@ -26,6 +30,16 @@ void WatchForInterruptions() {
 void EndIfInterrupted() {
     if (g_nSignal != 0) throw Interruption{g_nSignal};
 }
+
+CSignalsForOthers::CSignalsForOthers() {
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int nSignal : interruptions)
+        sigaddset(&set, nSignal);
+    pthread_sigmask(SIG_BLOCK, &set, &m_Before);
+}
+
+CSignalsForOthers::~CSignalsForOthers() { pthread_sigmask(SIG_SETMASK, &m_Before, nullptr); }
 
 void EndBy(const Interruption& interruption) {
     static_cast<void>(std::signal(interruption.nSignal, SIG_DFL));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <csignal>
+
 namespace vellumcaster {
 
 /// Thrown where the program was asked to end by a signal, so that what stands half-done is cleared away on the way
@@ -14,6 +16,18 @@ void WatchForInterruptions();
 
 /// Throws an `Interruption` when a signal has come in. A system call that waits is broken off by the signal.
 void EndIfInterrupted();
+
+/// While it lives, signals that interrupt come to the other threads: this one waits for what they do.
+class CSignalsForOthers {
+public:
+    CSignalsForOthers();
+    CSignalsForOthers(const CSignalsForOthers&) = delete;
+    CSignalsForOthers& operator=(const CSignalsForOthers&) = delete;
+    ~CSignalsForOthers();
+
+private:
+    sigset_t m_Before{};
+};
 
 /// Ends the program as the signal would have done by itself.
 void EndBy(const Interruption& interruption);

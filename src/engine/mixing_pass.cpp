@@ -1,8 +1,8 @@
 #include "engine/vellumcaster_filter.h"
 
-#include "engine/sample_times.h"
 #include "graph/format_text.h"
-#include "graph/sample_properties.h"
+#include "graph/sample_copier.h"
+#include "graph/sample_snapshot.h"
 #include "graph/seh_calls.h"
 #include "image/copy_frame.h"
 #include "image/format_names.h"
@@ -42,6 +42,20 @@ FrameBuffer BufferOf(IMediaSample& sample, BYTE* pData, const PictureFormat& des
 
 bool HoldsItsFrame(const FrameBuffer& frame) { return CPictureFormats::GetBufferSize(frame.desc) <= frame.cb; }
 
+/// What a sample says of its times, as far as it does.
+FrameTimes TimesOf(IMediaSample& sample) {
+    CSampleT snapshot;
+    static_cast<void>(snapshot.Load(&sample, sampleStart | sampleStop | sampleMediaTimes));
+    FrameTimes times;
+    if (snapshot.Holds(sampleStart)) times.start = snapshot.m_tS;
+    if (snapshot.Holds(sampleStop)) times.stop = snapshot.m_tE;
+    if (snapshot.Holds(sampleMediaTimes)) {
+        times.mediaStart = snapshot.m_llMS;
+        times.mediaEnd = snapshot.m_llME;
+    }
+    return times;
+}
+
 /// Copies a frame between two buffers that are both as large as their descriptors say.
 void CopyWholeFrame(const FrameBuffer& src, const FrameBuffer& dst) {
     if (HoldsItsFrame(src) && HoldsItsFrame(dst)) CopyFrame(&src.desc, &dst.desc, src.pData, dst.pData);
@@ -57,12 +71,12 @@ HRESULT CCoVellumcaster::Filter_SendSample(int /*nPinIndex*/, IMediaSample* pSam
         PassInputThrough(pass, *pSample);
     else if (const Dropped dropped = TakeSeparateOutput(pass, *pSample))
         return *dropped;
-    MixAndCopy(pass, ReadSampleTimes(*pSample));
+    MixAndCopy(pass, *pSample);
     return m_spOut->SendSample(pass.spSampleOut.Get());
 }
 
 CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSample& sample) const {
-    const PictureFormat& desc = m_spIn->m_pfConnected;
+    const PictureFormat desc = m_spIn->Picture();
     LONG cbActual = sample.GetActualDataLength();
     if (cbActual == 0) {
         cbActual = FrameDataLength(desc);
@@ -88,7 +102,7 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSampl
 
 CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IMediaSample& sample) {
     IMediaSample* pNew = nullptr;
-    HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spOut->m_spAllocOut.Get(), &pNew, nullptr, nullptr, 0);
+    HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spOut->m_Allocator.Get(), &pNew, nullptr, nullptr, 0);
     if (SUCCEEDED(hr)) pass.spSampleOut.Attach(pNew);
     if (SUCCEEDED(hr) && !pass.spSampleOut) hr = E_UNEXPECTED;
     if (FAILED(hr)) {
@@ -111,21 +125,21 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
             "###Err### CCoVellumcaster::Filter_SendSample - spSampleOut->GetPointer() FAILED hr = 0x%08X\n", hr);
         return hr;
     }
-    pass.out = BufferOf(sampleOut, pOut, m_spOut->m_pfConnected);
-    if (m_spIn->m_bReadOnly) LeaveReadOnlyInput(pass);
+    pass.out = BufferOf(sampleOut, pOut, m_spOut->Picture());
+    if (m_spIn->IsReadOnly()) LeaveReadOnlyInput(pass);
 
-    CopySampleProperties(sampleOut, sample);
-    sampleOut.SetActualDataLength(FrameDataLength(m_spOut->m_pfConnected));
+    static_cast<void>(CSampleCopier::Copy(&sampleOut, &sample, sampleAllButPayload));
+    sampleOut.SetActualDataLength(FrameDataLength(pass.out.desc));
     return {};
 }
 
 void CCoVellumcaster::LeaveReadOnlyInput(FramePass& pass) {
-    if (m_nMemoryType == MemoryType::Unknown && m_pfnDetectMemoryType)
+    if (m_nMemoryType == MemoryType::Unknown)
         m_nMemoryType = m_pfnDetectMemoryType(pass.out.pData, SaturateToInt32(static_cast<std::int64_t>(pass.cbFrame)));
 
     CVirtualBlob& extra = m_spOut->m_blobExtra;
     const bool bAwayFromOutput = m_nMemoryType != MemoryType::System && !extra.IsEmpty();
-    pass.mix = bAwayFromOutput ? FrameBuffer{extra.Data(), extra.Size(), m_spOut->m_pfConnected} : pass.out;
+    pass.mix = bAwayFromOutput ? FrameBuffer{extra.Data(), extra.Size(), pass.out.desc} : pass.out;
     CopyWholeFrame(pass.in, pass.mix);
 }
 
@@ -137,15 +151,20 @@ void CCoVellumcaster::PassInputThrough(FramePass& pass, IMediaSample& sample) {
 
 void CCoVellumcaster::ReadOutputType(IMediaSample* pSample) {
     CAutoLock lock(m_csFilter);
-    m_spOut->SetMediaTypeFromSample(pSample);
+    static_cast<void>(m_spOut->SetMediaTypeFromSample(pSample));
 }
 
-void CCoVellumcaster::MixAndCopy(const FramePass& pass, const FrameTimes& times) {
+void CCoVellumcaster::MixAndCopy(const FramePass& pass, IMediaSample& sample) {
     [[maybe_unused]] const DWORD tStart = bTracing ? GetTickCount() : 0;
     const PictureFormat& desc = pass.mix.desc;
-    const SIZE sizeStream{m_spIn->m_pfConnected.nWidth, SaturateToInt32(RowCount(m_spIn->m_pfConnected))};
+    const SIZE sizeStream{pass.in.desc.nWidth, SaturateToInt32(RowCount(pass.in.desc))};
+    const FrameTimes times = TimesOf(sample);
+    m_Painter.SetAvgTimePerFrame(m_spIn->AvgTimePerFrame());
+    m_Painter.SetOutputFormat(pass.out.desc.dwFormat);
 
     CAutoLock lock(m_Engine.ItemLock());
+    // A type may have come with a sample: no plane is read in another format than it was made in.
+    if (m_Painter.InputFormat() != pass.in.desc.dwFormat) FollowStream(pass.in.desc.dwFormat);
     m_Engine.MixFrame(pass.mix, sizeStream, times);
     const bool bMixedInInput = pass.mix.pData == pass.in.pData;
     if (pass.out.pData != pass.mix.pData) {

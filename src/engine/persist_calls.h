@@ -14,7 +14,7 @@ template <class Object>
 class IPersistStreamImpl : public IPersistStream {
 public:
     HRESULT GetClassID(GUID* pClassId) override {
-        if (!pClassId) return E_POINTER;
+        if (!pClassId) return E_INVALIDARG;
         *pClassId = CLSID_CoVellumcaster;
         return S_OK;
     }

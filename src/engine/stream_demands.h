@@ -23,6 +23,9 @@ public:
     HRESULT UseExtraBuffer2(BOOL bUse);
     HRESULT IsUseExtraBuffer2(BOOL* pbUse) const;
 
+    /// Read without a lock.
+    [[nodiscard]] bool UsesExtraBuffer() const { return m_bUseExtraBuffer; }
+
     /// Whether a stream of this format meets the demand.
     [[nodiscard]] bool Allows(std::uint32_t dwFormat) const { return m_fccDesired == 0 || m_fccDesired == dwFormat; }
 

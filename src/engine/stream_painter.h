@@ -17,6 +17,8 @@ public:
     /// Duration of a frame in units of 100 ns, by which timecodes count; 0 while it is not known.
     void SetAvgTimePerFrame(REFERENCE_TIME avgTimePerFrame) { m_avgTimePerFrame = avgTimePerFrame; }
 
+    [[nodiscard]] std::uint32_t InputFormat() const { return m_dwInput; }
+
     HRESULT UpdateLiveItem(OverlayItem& item, bool bShow) override;
     HRESULT UpdateTextItem(OverlayItem& item) override;
     HRESULT UpdateDate(OverlayItem& item, bool bForce) override;

@@ -1,18 +1,94 @@
 #include "engine/vellumcaster_filter.h"
 
+#include "graph/media_type_list.h"
+#include "image/format_table.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace vellumcaster {
 
-CCoVellumcaster::CCoVellumcaster(IItemPainter& painter, CComPtr<CPlainInputPin> spIn, CComPtr<CPlainOutputPin> spOut)
-    : m_Engine(painter), m_spIn(std::move(spIn)), m_spOut(std::move(spOut)) {}
+HRESULT CCoVellumcaster::Make(CComPtr<CCoVellumcaster>& sp) {
+    return WithoutExceptions([&] {
+        sp = MakeCounted<CCoVellumcaster>();
+        return S_OK;
+    });
+}
+
+CCoVellumcaster::CCoVellumcaster()
+    : m_spIn(MakeCounted<CCoVellumcasterIn>()), m_spOut(MakeCounted<CCoVellumcasterOut>()) {}
+
+HRESULT CCoVellumcaster::GetPages(CAUUID* pPages) {
+    if (!pPages) return E_POINTER;
+    *pPages = {};
+    auto* pPage = static_cast<GUID*>(CoTaskMemAlloc(sizeof(GUID)));
+    if (!pPage) return E_OUTOFMEMORY;
+    *pPage = CLSID_MixerPage;
+    *pPages = {1, pPage};
+    return S_OK;
+}
+
+bool CCoVellumcaster::Filter_QueryAccept(int nPinIndex, const AM_MEDIA_TYPE* pmt) {
+    if (!pmt || pmt->majortype != MEDIATYPE_Video || !MT_IsComplete(pmt)) return false;
+    PictureFormat pf;
+    if (MT_GetPictureFormat(pmt, &pf) < 0 || !Allows(pf.dwFormat)) return false;
+    if (!CPictureFormats::GetFormatInfo(&pf, nullptr, nullptr, nullptr)) return false;
+    if (pf.dwFormat == format_code::RGB565 || pf.dwFormat == format_code::RGB555) return false;
+    return !IsStopped() || Filter_QueryAcceptMT(nPinIndex, pmt);
+}
 
 HRESULT CCoVellumcaster::Filter_CompleteConnect(int nPinIndex) {
     switch (nPinIndex) {
-    case 0: m_Engine.PrepareItems(); return S_OK;
-    case 1: m_nMemoryType = MemoryType::Unknown; return S_OK;
+    case 0: {
+        const std::uint32_t dwInput = m_spIn->Picture().dwFormat;
+        m_Painter.SetAvgTimePerFrame(m_spIn->AvgTimePerFrame());
+        CAutoLock lock(m_Engine.ItemLock());
+        FollowStream(dwInput);
+        break;
+    }
+    case 1: {
+        m_Painter.SetOutputFormat(m_spOut->Picture().dwFormat);
+        const HRESULT hr = MakeReconnect(nullptr, m_spIn.Get());
+        m_nMemoryType = MemoryType::Unknown;
+        return hr;
+    }
     default: return E_ABORT;
     }
+    if (m_spOut->IsConnected()) return MakeReconnect(m_spIn->MediaType(), m_spOut.Get());
+    return m_spOut->SetMediaType(m_spIn->MediaType());
+}
+
+void CCoVellumcaster::Filter_BreakConnect(int nPinIndex) {
+    CTransInPlaceHooks::Filter_BreakConnect(nPinIndex);
+    m_Painter.SetInputFormat(m_spIn->Picture().dwFormat);
+    m_Painter.SetOutputFormat(m_spOut->Picture().dwFormat);
+}
+
+void CCoVellumcaster::FollowStream(std::uint32_t dwInput) {
+    m_Painter.SetInputFormat(dwInput);
+    m_Engine.PrepareItems();
+}
+
+HRESULT CCoVellumcaster::ReconnectInFormat(std::uint32_t dwFormat) {
+    const CComPtr<IPin> spUpstream = m_spIn->Peer();
+    if (!spUpstream) return S_FALSE;
+    CMediaTypeList types;
+    static_cast<void>(types.LoadFromPin(spUpstream.Get()));
+    const CComPtr<IPin> spDownstream = m_spOut->Peer();
+    const auto suits = [&](const AM_MEDIA_TYPE& mt) {
+        return mt.subtype.Data1 == dwFormat && spUpstream->QueryAccept(&mt) == S_OK &&
+               (!spDownstream || spDownstream->QueryAccept(&mt) == S_OK);
+    };
+    const auto found = std::find_if(types.Types().begin(), types.Types().end(), suits);
+    if (found == types.Types().end()) return VFW_E_TYPE_NOT_ACCEPTED;
+    m_fccDesired = dwFormat;
+    return ReconnectPin(m_spIn.Get(), &*found);
+}
+
+HRESULT CCoVellumcaster::Reconnect() {
+    CMediaTypeHolder type;
+    const HRESULT hr = type.Assign(m_spIn->MediaType());
+    return FAILED(hr) ? hr : ReconnectPin(m_spIn.Get(), type.Get());
 }
 
 } // namespace vellumcaster

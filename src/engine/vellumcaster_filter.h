@@ -1,38 +1,87 @@
 #pragma once
 
+#include "engine/class_id.h"
+#include "engine/control_calls.h"
+#include "engine/item_access_calls.h"
+#include "engine/memory_type.h"
 #include "engine/overlay_engine.h"
-#include "graph/plain/plain_pins.h"
-#include "platform/kernel/critical_section.h"
+#include "engine/persist_calls.h"
+#include "engine/stream_demands.h"
+#include "engine/stream_painter.h"
+#include "graph/base_filter_impl.h"
+#include "graph/input_pin.h"
+#include "graph/output_pin.h"
+#include "graph/trans_in_place_hooks.h"
+#include "platform/media/property_pages.h"
+
+#include <optional>
 
 namespace vellumcaster {
 
-/// What kind of memory the output's buffers are in.
-enum class MemoryType : LONG {
-    Unknown = -1,
-    System = 0,
-    Video = 1, ///< too slow to mix in
+class CCoVellumcaster;
+
+class CCoVellumcasterIn final : public CInputPin<CCoVellumcaster, CCoVellumcasterIn> {
+public:
+    CCoVellumcasterIn() : CInputPin("In") {}
+    [[nodiscard]] const char* DisplayName() const override { return pszDisplayName; }
+
+private:
+    static constexpr const char* pszDisplayName = "[CCoVellumcasterIn]";
 };
 
-/// Finds out the kind of a buffer's memory. \param cb  bytes of the buffer.
-using MemoryProbe = MemoryType (*)(const BYTE* p, LONG cb);
+class CCoVellumcasterOut final : public COutputPin<CCoVellumcaster, CCoVellumcasterOut> {
+public:
+    CCoVellumcasterOut() : COutputPin("Out", pszDisplayName) {}
+    [[nodiscard]] const char* DisplayName() const override { return pszDisplayName; }
+
+private:
+    static constexpr const char* pszDisplayName = "[CCoVellumcasterOut]";
+};
+
+/// What the overlay filter answers to.
+using VellumcasterInterfaces =
+    CUnknownImpl<IBaseFilterImpl<CCoVellumcaster>, IVellumcaster2Impl<CCoVellumcaster>,
+                 IVellumcasterItemImpl<CCoVellumcaster>, ISpecifyPropertyPages, IPersistStreamImpl<CCoVellumcaster>>;
 
 /// The overlay filter: an engine between an input pin and an output pin.
-class CCoVellumcaster {
+class CCoVellumcaster final : public VellumcasterInterfaces,
+                              public CTransInPlaceHooks<CCoVellumcaster>,
+                              private CStreamDemands {
 public:
-    /// \param painter  as the engine has it.
-    /// \param spIn, spOut  the pins; not null, and each with its geometry set before the first frame.
-    CCoVellumcaster(IItemPainter& painter, CComPtr<CPlainInputPin> spIn, CComPtr<CPlainOutputPin> spOut);
+    /// A new filter with its pins, in no graph. \return E_OUTOFMEMORY.
+    static HRESULT Make(CComPtr<CCoVellumcaster>& sp);
 
+    /// Throws `std::bad_alloc`.
+    CCoVellumcaster();
+
+    [[nodiscard]] static const GUID& ClassId() { return CLSID_CoVellumcaster; }
+    [[nodiscard]] const char* DisplayName() const override { return "CCoVellumcaster"; }
     [[nodiscard]] COverlayEngine& Engine() { return m_Engine; }
+    [[nodiscard]] CStreamDemands& Demands() { return *this; }
+    using CStreamDemands::UsesExtraBuffer;
+    [[nodiscard]] bool IsStopped() const override { return CBaseFilter::IsStopped(); }
 
-    /// The engine's share of a pin's new connection: for the input pin (0) all items are prepared in its format,
-    /// for the output pin (1) the kind of the output's memory has to be found out anew.
-    /// \return S_OK; E_ABORT for any other index.
+    HRESULT GetPages(CAUUID* pPages) override;
+
+    /// Before the filter leaves Stopped.
+    void ResetItemForRun() { m_Engine.ResetItemForRun(); }
+
+    /// Whether a pin takes a type: video in one of the eight formats, in a geometry that it can have, as demanded; while
+    /// stopped, also the neighbour of the other pin is asked.
+    [[nodiscard]] bool Filter_QueryAccept(int nPinIndex, const AM_MEDIA_TYPE* pmt);
+
+    /// A pin has a new connection. For the input pin (0) all items are prepared in its format, and the output side is
+    /// brought to its type; for the output pin (1) the input is connected anew, and the kind of the output's memory has
+    /// to be found out.
+    /// \return S_OK; what breaks the connection; E_ABORT for any other index.
     HRESULT Filter_CompleteConnect(int nPinIndex);
 
-    /// Takes one frame through the filter: chooses the buffer to mix in, draws the items, copies where that is
-    /// needed and delivers. Called by the input pin, one frame at a time, on upstream's thread. The item lock is
-    /// held while the frame is mixed and copied, and free before it is delivered.
+    /// As the hooks have it; items added from then on are not prepared.
+    void Filter_BreakConnect(int nPinIndex);
+
+    /// Takes one frame through the filter: chooses the buffer to mix in, draws the items, copies where that is needed and
+    /// delivers. Called by the input pin, one frame at a time, on upstream's thread. The item lock is held while the frame
+    /// is mixed and copied, and free before it is delivered.
     ///
     ///     allocators     input       output memory   mixed in       copies
     ///     through-pass                               input          none: the same sample goes on
@@ -44,12 +93,13 @@ public:
     ///         sample.
     HRESULT Filter_SendSample(int nPinIndex, IMediaSample* pSample);
 
-    /// Input and output run on separate allocators. Set while no frame flows.
-    bool m_bSeparated = false;
-    /// Measured once a connection, on the first frame that needs to know.
+    const CComPtr<CCoVellumcasterIn> m_spIn;
+    const CComPtr<CCoVellumcasterOut> m_spOut;
+
+    /// Measured once a connection, on the first frame that needs to know; by the thread that delivers.
     MemoryType m_nMemoryType = MemoryType::Unknown;
-    /// Null: the kind of the output's memory stays unknown.
-    MemoryProbe m_pfnDetectMemoryType = nullptr;
+    /// How it is measured.
+    MemoryType (*m_pfnDetectMemoryType)(BYTE* pBuffer, LONG cbBuffer) = &DetectMemoryType;
 
 private:
     struct FramePass;
@@ -62,12 +112,15 @@ private:
     void LeaveReadOnlyInput(FramePass& pass);
     void PassInputThrough(FramePass& pass, IMediaSample& sample);
     void ReadOutputType(IMediaSample* pSample);
-    void MixAndCopy(const FramePass& pass, const FrameTimes& times);
+    void MixAndCopy(const FramePass& pass, IMediaSample& sample);
+    void FollowStream(std::uint32_t dwInput);
 
-    COverlayEngine m_Engine;
-    CComPtr<CPlainInputPin> m_spIn;
-    CComPtr<CPlainOutputPin> m_spOut;
-    CCriticalSection m_csFilter;
+    HRESULT ReconnectInFormat(std::uint32_t dwFormat) override;
+    HRESULT Reconnect() override;
+    void MarkUnsaved() override { m_Engine.MarkDirty(); }
+
+    CStreamPainter m_Painter;
+    COverlayEngine m_Engine{m_Painter};
 };
 
 } // namespace vellumcaster

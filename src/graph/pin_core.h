@@ -66,6 +66,11 @@ public:
         CAutoLock lock(m_csPin);
         return m_pf;
     }
+    /// Time from frame to frame in units of 100 ns; 0 where the type does not say.
+    [[nodiscard]] REFERENCE_TIME AvgTimePerFrame() const {
+        CAutoLock lock(m_csPin);
+        return MT_AvgTimePerFrame(m_mt.Get());
+    }
     /// The type as it stands. It stays while the filter is stopped and its connections are left alone.
     [[nodiscard]] const AM_MEDIA_TYPE* MediaType() const { return m_mt.Get(); }
 

@@ -13,7 +13,8 @@ namespace vellumcaster {
 
 /// The hooks of a filter that draws on frames in place: what goes out has the type that comes in, and where it can be the
 /// same memory too. The index says which pin asks: 0 the input, 1 the output.
-/// \tparam Filter  derives from this and from `CBaseFilter`; has the pins `m_spIn`, `m_spOut`, and `m_bUseExtraBuffer`.
+/// \tparam Filter  derives from this and from `CBaseFilter`; has the pins `m_spIn`, `m_spOut`, and
+///         `UsesExtraBuffer()`.
 template <class Filter>
 class CTransInPlaceHooks {
 public:
@@ -80,7 +81,7 @@ public:
 
     /// What upstream is told to use: the output's allocator where samples may pass through, else one of the filter's.
     HRESULT Filter_GetAllocator(int /*nPinIndex*/, IMemAllocator** ppAllocator) {
-        if (!This().m_bUseExtraBuffer && Out().IsConnected() && MT_IsEqual(Out().MediaType(), In().MediaType())) {
+        if (!This().UsesExtraBuffer() && Out().IsConnected() && MT_IsEqual(Out().MediaType(), In().MediaType())) {
             *ppAllocator = CComPtr<IMemAllocator>(Out().m_Allocator.Get()).Detach();
             return S_OK;
         }
@@ -102,7 +103,7 @@ public:
     /// Upstream has settled on its memory.
     HRESULT Filter_NotifyAllocator(int nPinIndex, IMemAllocator* pAllocator, BOOL bReadOnly) {
         const HRESULT hr = ChooseAllocators(nPinIndex, pAllocator, bReadOnly);
-        const bool bTellDownstream = !This().m_bUseExtraBuffer && !m_bSeparated && Out().IsConnected();
+        const bool bTellDownstream = !This().UsesExtraBuffer() && !m_bSeparated && Out().IsConnected();
         if (hr != S_OK || !bTellDownstream || !Out().m_spMemInput) return hr;
         return Out().m_spMemInput->NotifyAllocator(pAllocator, bReadOnly);
     }

@@ -2,6 +2,7 @@
 
 #include "support/fake_graph.h"
 #include "support/page_buffer.h"
+#include "support/plain_sample.h"
 #include "support/scripted_peer.h"
 
 #include <gtest/gtest.h>
@@ -57,7 +58,7 @@ TEST(GuardedCall, AnswersForAPeerThatFaultsAndGoesOnWithTheNextCall) {
 TEST(GuardedCall, ContainsAFaultingReceiverAndAllocator) {
     CScriptedPeer::Script script = Fault;
     const auto spPin = MakeCounted<testing_support::CWatchingPin>([&](IMediaSample&) { return script(); });
-    const auto spSample = MakeCounted<CPlainSample>(nullptr, 0);
+    const auto spSample = MakeCounted<testing_support::CPlainSample>(nullptr, 0);
     EXPECT_EQ(SEH_IMemInputPin::Receive(nullptr, spSample.Get()), E_INVALIDARG);
     EXPECT_EQ(SEH_IMemInputPin::Receive(spPin.Get(), spSample.Get()), E_UNEXPECTED);
     script = [] { return S_FALSE; };

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "graph/plain/plain_sample.h"
 #include "platform/com/unknown_impl.h"
+#include "platform/media/media_sample.h"
 #include "platform/media/mem_input_pin.h"
 
 #include <vellumcaster/results.h>
@@ -37,7 +37,7 @@ public:
     explicit CWatchingPin(std::function<HRESULT(IMediaSample&)> onReceive) : m_onReceive(std::move(onReceive)) {}
 
     HRESULT GetAllocator(IMemAllocator**) override { return E_NOTIMPL; }
-    HRESULT NotifyAllocator(IMemAllocator*, BOOL) override { return E_NOTIMPL; }
+    HRESULT NotifyAllocator(IMemAllocator*, BOOL) override { return S_OK; }
     HRESULT GetAllocatorRequirements(ALLOCATOR_PROPERTIES*) override { return E_NOTIMPL; }
     HRESULT Receive(IMediaSample* pSample) override { return m_onReceive(*pSample); }
     HRESULT ReceiveMultiple(IMediaSample**, LONG, LONG*) override { return E_NOTIMPL; }

@@ -1,8 +1,11 @@
 #include "engine/vellumcaster_filter.h"
+#include "host/graph/graph_manager.h"
+#include "host/graph/video_type.h"
 #include "platform/kernel/trace.h"
 #include "support/allocation_counter.h"
 #include "support/fake_graph.h"
 #include "support/flat_item.h"
+#include "support/plain_sample.h"
 
 #include <gtest/gtest.h>
 
@@ -19,20 +22,41 @@ using Bytes = std::vector<BYTE>;
 constexpr BYTE nFrame = 10;   ///< what comes in
 constexpr BYTE nOverlay = 90; ///< what the item draws
 
-/// The filter between two plain pins. The input frame is 4 x 2 top-down RGB32; an item of 2 x 2 lies on its left.
+/// The filter with its types and its output's memory set by hand. The input frame is 4 x 2 top-down RGB32; an item of
+/// 2 x 2 lies on its left.
 class MixingPass : public testing::Test {
 protected:
     MixingPass() {
-        m_spIn->m_pfConnected = {RGB32, 4, -2, 4};
-        m_spOut->m_pfConnected = m_spIn->m_pfConnected;
+        EXPECT_EQ(CCoVellumcaster::Make(m_spFilter), S_OK);
+        EXPECT_EQ(m_spGraph->AddFilter(m_spFilter.Get(), u"Overlay"), S_OK);
+        m_spIn = m_spFilter->m_spIn;
+        m_spOut = m_spFilter->m_spOut;
+        SetType(*m_spIn, {RGB32, 4, -2, 4});
+        SetType(*m_spOut, {RGB32, 4, -2, 4});
+        SetReadOnly(false);
         m_spOut->m_spMemInput = m_spDownstream.Get();
-        m_spOut->m_spAllocOut = m_spAllocator.Get();
+        SetAllocator(m_spAllocator.Get());
         m_spAllocator->m_spSample = m_spOutputSample.Get();
     }
+    ~MixingPass() override {
+        SetAllocator(MakeCounted<COneSampleAllocator>().Get()); // lets go of the one that stands here
+        m_spGraph->Clear();
+    }
 
-    void AddItem() { EXPECT_EQ(m_Filter.Engine().AddItem(FlatItem(RGB32, {2, 2}, nOverlay), nullptr), S_OK); }
+    template <class Pin>
+    static void SetType(Pin& pin, const PictureFormat& pf) {
+        CMediaTypeHolder type;
+        ASSERT_EQ(MakeVideoType(pf, 400000, *type.Put()), S_OK);
+        ASSERT_EQ(pin.SetMediaType(type.Get()), S_OK);
+    }
+    void SetReadOnly(bool bReadOnly) { EXPECT_EQ(m_spIn->NotifyAllocator(m_spAllocator.Get(), bReadOnly), S_OK); }
+    void SetAllocator(IMemAllocator* pAllocator) {
+        EXPECT_EQ(m_spOut->m_Allocator.ReagreeUpstreamAllocator(m_spDownstream.Get(), pAllocator, true), S_OK);
+    }
 
-    HRESULT Send() { return m_Filter.Filter_SendSample(0, m_spInputSample.Get()); }
+    void AddItem() { EXPECT_EQ(m_spFilter->Engine().AddItem(FlatItem(RGB32, {2, 2}, nOverlay), nullptr), S_OK); }
+
+    HRESULT Send() { return m_spFilter->Filter_SendSample(0, m_spInputSample.Get()); }
 
     /// A frame of two rows, given by the first byte of each pixel.
     static Bytes Frame(std::initializer_list<BYTE> pixels) {
@@ -47,9 +71,6 @@ protected:
 
     Bytes m_Input = Bytes(32, nFrame);
     Bytes m_Output = Bytes(32, 0);
-    CHandPaintedItems m_Painter;
-    CComPtr<CPlainInputPin> m_spIn = MakeCounted<CPlainInputPin>();
-    CComPtr<CPlainOutputPin> m_spOut = MakeCounted<CPlainOutputPin>();
     CComPtr<CPlainSample> m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 32);
     CComPtr<CPlainSample> m_spOutputSample = MakeCounted<CPlainSample>(m_Output.data(), 32);
     CComPtr<COneSampleAllocator> m_spAllocator = MakeCounted<COneSampleAllocator>();
@@ -61,19 +82,22 @@ protected:
         m_pDelivered = &sample;
         return m_hrDownstream;
     });
-    CCoVellumcaster m_Filter{m_Painter, m_spIn, m_spOut};
+    CComPtr<CGraph> m_spGraph = MakeCounted<CGraph>();
+    CComPtr<CCoVellumcaster> m_spFilter;
+    CComPtr<CCoVellumcasterIn> m_spIn;
+    CComPtr<CCoVellumcasterOut> m_spOut;
 };
 
-MemoryType SaysSystem(const BYTE*, LONG) { return MemoryType::System; }
-MemoryType SaysVideo(const BYTE*, LONG) { return MemoryType::Video; }
-MemoryType SaysUnknown(const BYTE*, LONG) { return MemoryType::Unknown; }
+MemoryType SaysSystem(BYTE*, LONG) { return MemoryType::System; }
+MemoryType SaysVideo(BYTE*, LONG) { return MemoryType::Video; }
+MemoryType SaysUnknown(BYTE*, LONG) { return MemoryType::Unknown; }
 
 TEST_F(MixingPass, ChoosesTheBufferByAllocatorsAndMemory) {
     enum class MixedIn { Input, Output, Extra };
     const struct {
         const char* pszName;
         bool bSeparated, bReadOnly;
-        MemoryProbe probe;
+        MemoryType (*probe)(BYTE*, LONG);
         bool bExtraBuffer;
         MixedIn mixedIn;
         MemoryType typeAfter;
@@ -84,7 +108,6 @@ TEST_F(MixingPass, ChoosesTheBufferByAllocatorsAndMemory) {
         {"separated, read-only, system", true, true, SaysSystem, true, MixedIn::Output, MemoryType::System},
         {"separated, read-only, video", true, true, SaysVideo, true, MixedIn::Extra, MemoryType::Video},
         {"separated, read-only, unknown", true, true, SaysUnknown, true, MixedIn::Extra, MemoryType::Unknown},
-        {"separated, read-only, unmeasured", true, true, nullptr, true, MixedIn::Extra, MemoryType::Unknown},
         {"separated, video, no extra buffer", true, true, SaysVideo, false, MixedIn::Output, MemoryType::Video},
     };
     AddItem();
@@ -94,17 +117,17 @@ TEST_F(MixingPass, ChoosesTheBufferByAllocatorsAndMemory) {
         m_Output.assign(32, 0);
         CVirtualBlob& extra = m_spOut->m_blobExtra;
         ASSERT_EQ(extra.Alloc(path.bExtraBuffer ? 32 : 0, true, 0), S_OK);
-        m_Filter.m_bSeparated = path.bSeparated;
-        m_Filter.m_nMemoryType = MemoryType::Unknown;
-        m_Filter.m_pfnDetectMemoryType = path.probe;
-        m_spIn->m_bReadOnly = path.bReadOnly;
+        m_spFilter->m_nMemoryType = MemoryType::Unknown;
+        m_spFilter->m_pfnDetectMemoryType = path.probe;
+        SetReadOnly(path.bReadOnly);
+        m_spFilter->m_bSeparated = path.bSeparated;
 
         EXPECT_EQ(Send(), S_OK);
         EXPECT_EQ(m_Input, path.mixedIn == MixedIn::Input ? m_Mixed : m_Plain);
         EXPECT_EQ(m_Output, path.bSeparated ? m_Mixed : Bytes(32, 0));
         const Bytes expectedExtra = path.mixedIn == MixedIn::Extra ? m_Mixed : Bytes(extra.Size(), 0);
         EXPECT_EQ(Bytes(extra.Data(), extra.Data() + extra.Size()), expectedExtra);
-        EXPECT_EQ(m_Filter.m_nMemoryType, path.typeAfter);
+        EXPECT_EQ(m_spFilter->m_nMemoryType, path.typeAfter);
         EXPECT_EQ(m_pDelivered, path.bSeparated ? m_spOutputSample.Get() : m_spInputSample.Get());
         EXPECT_EQ(m_spAllocator->m_bAskedPlainly, path.bSeparated);
     }
@@ -112,20 +135,21 @@ TEST_F(MixingPass, ChoosesTheBufferByAllocatorsAndMemory) {
 
 TEST_F(MixingPass, BringsTheOutputsGeometryAndRowOrderIn) {
     AddItem();
-    m_spOut->m_pfConnected = {RGB32, 3, 2, 4}; // bottom-up, a column less
-    m_Filter.m_bSeparated = true;
+    SetType(*m_spOut, {RGB32, 3, 2, 4}); // bottom-up, a column less
+    m_spFilter->m_bSeparated = true;
     const Bytes expected = Frame({90, 90, 10, 0, 90, 90, 10, 0});
     for (const bool bReadOnly : {false, true}) {
         m_Input = m_Plain;
         m_Output.assign(32, 0);
-        m_spIn->m_bReadOnly = bReadOnly;
+        SetReadOnly(bReadOnly);
+        m_spFilter->m_bSeparated = true;
         EXPECT_EQ(Send(), S_OK);
         EXPECT_EQ(m_Output, expected);
     }
 }
 
 TEST_F(MixingPass, CarriesTheFrameAndItsPropertiesOver) {
-    m_Filter.m_bSeparated = true;
+    m_spFilter->m_bSeparated = true;
     m_spInputSample->SetDiscontinuity(1);
     m_spOutputSample->SetActualDataLength(5);
     ASSERT_EQ(Send(), S_OK);
@@ -136,18 +160,19 @@ TEST_F(MixingPass, CarriesTheFrameAndItsPropertiesOver) {
 
 TEST_F(MixingPass, MeasuresTheOutputsMemoryOnceAConnection) {
     static int nMeasured = 0;
-    m_Filter.m_bSeparated = m_spIn->m_bReadOnly = true;
-    m_Filter.m_pfnDetectMemoryType = [](const BYTE*, LONG cb) {
+    SetReadOnly(true);
+    m_spFilter->m_bSeparated = true;
+    m_spFilter->m_pfnDetectMemoryType = [](BYTE*, LONG cb) {
         nMeasured += cb == 32;
         return MemoryType::System;
     };
     Send();
     Send();
     EXPECT_EQ(nMeasured, 1);
-    EXPECT_EQ(m_Filter.Filter_CompleteConnect(1), S_OK);
+    EXPECT_EQ(m_spFilter->Filter_CompleteConnect(1), S_OK);
     Send();
     EXPECT_EQ(nMeasured, 2);
-    EXPECT_EQ(m_Filter.Filter_CompleteConnect(2), E_ABORT);
+    EXPECT_EQ(m_spFilter->Filter_CompleteConnect(2), E_ABORT);
 }
 
 TEST_F(MixingPass, ComputesALengthThatIsMissing) {
@@ -168,8 +193,8 @@ TEST_F(MixingPass, PassesOnWhatDownstreamAnswers) {
 }
 
 TEST_F(MixingPass, DropsAFrameThatItCannotGet) {
-    EXPECT_EQ(m_Filter.Filter_SendSample(0, nullptr), E_INVALIDARG);
-    m_Filter.m_bSeparated = true;
+    EXPECT_EQ(m_spFilter->Filter_SendSample(0, nullptr), E_INVALIDARG);
+    m_spFilter->m_bSeparated = true;
     m_spAllocator->m_hr = VFW_E_NOT_COMMITTED;
     EXPECT_EQ(Send(), VFW_E_NOT_COMMITTED);
     m_spAllocator->m_hr = S_OK;
@@ -177,9 +202,9 @@ TEST_F(MixingPass, DropsAFrameThatItCannotGet) {
     EXPECT_EQ(Send(), S_OK) << "no buffer and no error: dropped without a word";
     m_spAllocator->m_spSample.Reset();
     EXPECT_EQ(Send(), E_UNEXPECTED);
-    m_spOut->m_spAllocOut.Reset();
+    m_spOut->m_Allocator.Reset();
     EXPECT_EQ(Send(), E_INVALIDARG);
-    m_Filter.m_bSeparated = false;
+    m_spFilter->m_bSeparated = false;
     m_spInputSample = MakeCounted<CPlainSample>(nullptr, 32);
     EXPECT_EQ(Send(), S_OK);
     EXPECT_EQ(m_nDelivered, 0);
@@ -190,13 +215,14 @@ TEST_F(MixingPass, NeverWritesBeyondASampleThatIsTooSmall) {
     m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 31);
     EXPECT_EQ(Send(), S_OK) << "the frame goes on as it stands";
     EXPECT_EQ(m_Input, m_Plain);
-    EXPECT_EQ(m_Filter.Engine().MixFrame({m_Input.data(), 31, m_spIn->m_pfConnected}, {4, 2}, {}), E_INVALIDARG);
+    EXPECT_EQ(m_spFilter->Engine().MixFrame({m_Input.data(), 31, m_spIn->Picture()}, {4, 2}, {}), E_INVALIDARG);
 
     m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 32);
-    m_Filter.m_bSeparated = true;
+    m_spFilter->m_bSeparated = true;
     m_spAllocator->m_spSample = MakeCounted<CPlainSample>(m_Output.data(), 16).Get();
     for (const bool bReadOnly : {false, true}) {
-        m_spIn->m_bReadOnly = bReadOnly;
+        SetReadOnly(bReadOnly);
+        m_spFilter->m_bSeparated = true;
         EXPECT_EQ(Send(), S_OK);
         EXPECT_EQ(m_Output, Bytes(32, 0));
     }
@@ -208,7 +234,7 @@ TEST_F(MixingPass, ReleasesTheItemLockBeforeItDelivers) {
     m_spOut->m_spMemInput = MakeCounted<CWatchingPin>([&](IMediaSample&) {
                                 std::thread([&] {
                                     LONG nCount = 0;
-                                    bFree = m_Filter.Engine().GetItemCount2(&nCount) == S_OK;
+                                    bFree = m_spFilter->Engine().GetItemCount2(&nCount) == S_OK;
                                 }).join();
                                 return S_OK;
                             }).Get();
@@ -222,12 +248,13 @@ TEST_F(MixingPass, AllocatesNothingOnTheFramePath) {
     OverlayItem moving = FlatItem(RGB32, {2, 2}, nOverlay, 128);
     moving.props.dblXDelta = 0.5;
     moving.props.bNoOffscreen = 1;
-    ASSERT_EQ(m_Filter.Engine().AddItem(std::move(moving), nullptr), S_OK);
+    ASSERT_EQ(m_spFilter->Engine().AddItem(std::move(moving), nullptr), S_OK);
     ASSERT_EQ(m_spOut->m_blobExtra.Alloc(32, true, 0), S_OK);
     for (const bool bSeparated : {false, true}) {
         for (const bool bReadOnly : {false, true}) {
-            m_Filter.m_bSeparated = bSeparated;
-            m_spIn->m_bReadOnly = bReadOnly;
+            m_spFilter->m_bSeparated = bSeparated;
+            SetReadOnly(bReadOnly);
+            m_spFilter->m_bSeparated = true;
             ASSERT_EQ(Send(), S_OK);
             const CAllocationCounter counter;
             for (int frame = 0; frame < 100; ++frame)

@@ -86,95 +86,96 @@ public:
 
     HRESULT AddImage2(BSTR bsImageFileName, LONG nColorKeyMin, LONG nColorKeyMax, SIZE* pSize,
                       LONG* pnCookie) override {
-        return Run([&](auto& engine) {
+        return CallEngine([&](auto& engine) {
             return engine.AddImage2(bsImageFileName, nColorKeyMin, nColorKeyMax, pSize, pnCookie);
         });
     }
     HRESULT AddImageFromMemory2(ImageInfoTag* pImageInfo, DWORD cbImage, const BYTE* pbImage, BSTR bsItemName,
                                 LONG nColorKeyMin, LONG nColorKeyMax, SIZE* pSize, LONG* pnCookie) override {
-        return Run([&](auto& engine) {
+        return CallEngine([&](auto& engine) {
             return engine.AddImageFromMemory2(pImageInfo, cbImage, pbImage, bsItemName, nColorKeyMin, nColorKeyMax,
                                               pSize, pnCookie);
         });
     }
     HRESULT AddOutlinedText(ITEM_TYPE eTextType, const LOGFONT* pLogFont, LONG nTextFormat,
                             const OVERLAY_PROPS* pOvlProps, SIZE* pSize, LONG* pnCookie) override {
-        return Run([&](auto& engine) {
+        return CallEngine([&](auto& engine) {
             return engine.AddOutlinedText(eTextType, pLogFont, nTextFormat, pOvlProps, pSize, pnCookie);
         });
     }
     HRESULT AddOutlinedTextVB(ITEM_TYPE eTextType, BSTR bsFontFace, DWORD dwFontHeight, LONG nTextFormat,
                               const OVERLAY_PROPS* pOvlProps, SIZE* pSize, LONG* pnCookie) override {
-        return Run([&](auto& engine) {
+        return CallEngine([&](auto& engine) {
             return engine.AddOutlinedTextVB(eTextType, bsFontFace, dwFontHeight, nTextFormat, pOvlProps, pSize,
                                             pnCookie);
         });
     }
     HRESULT AddRoundRect(const SIZE* pSize, const SIZE* pEllipseSize, const OVERLAY_PROPS* pOvlProps,
                          LONG* pdwCookie) override {
-        return Run([&](auto& engine) { return engine.AddRoundRect(pSize, pEllipseSize, pOvlProps, pdwCookie); });
+        return CallEngine([&](auto& engine) { return engine.AddRoundRect(pSize, pEllipseSize, pOvlProps, pdwCookie); });
     }
 
     HRESULT RemoveItem2(LONG nCookie) override {
-        return Run([&](auto& engine) { return engine.RemoveItem2(nCookie); });
+        return CallEngine([&](auto& engine) { return engine.RemoveItem2(nCookie); });
     }
     HRESULT RemoveAllItems() override {
-        return Run([](auto& engine) { return engine.RemoveAllItems(); });
+        return CallEngine([](auto& engine) { return engine.RemoveAllItems(); });
     }
     HRESULT GetItemCount2(LONG* pnCount) override {
-        return Run([&](auto& engine) { return engine.GetItemCount2(pnCount); });
+        return CallEngine([&](auto& engine) { return engine.GetItemCount2(pnCount); });
     }
     HRESULT GetItemInfo2(LONG nIndex, LONG* pnCookie, BSTR* pbsName, ITEM_TYPE* pItemType) override {
-        return Run([&](auto& engine) { return engine.GetItemInfo2(nIndex, pnCookie, pbsName, pItemType); });
+        return CallEngine([&](auto& engine) { return engine.GetItemInfo2(nIndex, pnCookie, pbsName, pItemType); });
     }
     HRESULT GetItemSize(LONG nCookie, SIZE* pSize) override {
-        return Run([&](auto& engine) { return engine.GetItemSize(nCookie, pSize); });
+        return CallEngine([&](auto& engine) { return engine.GetItemSize(nCookie, pSize); });
     }
     HRESULT GetItemProps(LONG nCookie, OVERLAY_PROPS* pProps) override {
-        return Run([&](auto& engine) { return engine.GetItemProps(nCookie, pProps); });
+        return CallEngine([&](auto& engine) { return engine.GetItemProps(nCookie, pProps); });
     }
     HRESULT ChangeItemOrder(LONG nCookie, LONG nChange) override {
-        return Run([&](auto& engine) { return engine.ChangeItemOrder(nCookie, nChange); });
+        return CallEngine([&](auto& engine) { return engine.ChangeItemOrder(nCookie, nChange); });
     }
     HRESULT SetItemCallback(LONG nCookie, IVellumcasterCallback* pCallback) override {
-        return Run([&](auto& engine) { return engine.SetItemCallback(nCookie, pCallback); });
+        return CallEngine([&](auto& engine) { return engine.SetItemCallback(nCookie, pCallback); });
     }
     HRESULT SetItemProps(LONG nCookie, const OVERLAY_PROPS* pProps, LONG nMask) override {
-        return Run([&](auto& engine) { return engine.SetItemProps(nCookie, pProps, nMask); });
+        return CallEngine([&](auto& engine) { return engine.SetItemProps(nCookie, pProps, nMask); });
     }
     HRESULT ShowItem2(LONG nCookie, BOOL bShow) override {
-        return Run([&](auto& engine) { return engine.ShowItem2(nCookie, bShow); });
+        return CallEngine([&](auto& engine) { return engine.ShowItem2(nCookie, bShow); });
     }
     HRESULT IsItemShow2(LONG nCookie, BOOL* pbShow) override {
-        return Run([&](auto& engine) { return engine.IsItemShow2(nCookie, pbShow); });
+        return CallEngine([&](auto& engine) { return engine.IsItemShow2(nCookie, pbShow); });
     }
     HRESULT SwitchItems2(LONG nCookieHide, LONG nCookieShow) override {
-        return Run([&](auto& engine) { return engine.SwitchItems2(nCookieHide, nCookieShow); });
+        return CallEngine([&](auto& engine) { return engine.SwitchItems2(nCookieHide, nCookieShow); });
     }
     HRESULT SetItemPos2(LONG nCookie, LONG nPosX, LONG nPosY) override {
-        return Run([&](auto& engine) { return engine.SetItemPos2(nCookie, nPosX, nPosY); });
+        return CallEngine([&](auto& engine) { return engine.SetItemPos2(nCookie, nPosX, nPosY); });
     }
     HRESULT GetItemPos2(LONG nCookie, LONG* pnPosX, LONG* pnPosY) override {
-        return Run([&](auto& engine) { return engine.GetItemPos2(nCookie, pnPosX, pnPosY); });
+        return CallEngine([&](auto& engine) { return engine.GetItemPos2(nCookie, pnPosX, pnPosY); });
     }
     HRESULT SetItemMovement(LONG nCookie, double dblXDelta, double dblYDelta, BOOL bNoOffscreen) override {
-        return Run([&](auto& engine) { return engine.SetItemMovement(nCookie, dblXDelta, dblYDelta, bNoOffscreen); });
+        return CallEngine(
+            [&](auto& engine) { return engine.SetItemMovement(nCookie, dblXDelta, dblYDelta, bNoOffscreen); });
     }
     HRESULT GetItemMovement(LONG nCookie, double* pdblXDelta, double* pdblYDelta, BOOL* pbNoOffscreen) override {
-        return Run(
+        return CallEngine(
             [&](auto& engine) { return engine.GetItemMovement(nCookie, pdblXDelta, pdblYDelta, pbNoOffscreen); });
     }
     HRESULT SetItemCounter(LONG nCookie, LONG nCounter) override {
-        return Run([&](auto& engine) { return engine.SetItemCounter(nCookie, nCounter); });
+        return CallEngine([&](auto& engine) { return engine.SetItemCounter(nCookie, nCounter); });
     }
     HRESULT GetItemCounter(LONG nCookie, LONG* pnCounter) override {
-        return Run([&](auto& engine) { return engine.GetItemCounter(nCookie, pnCounter); });
+        return CallEngine([&](auto& engine) { return engine.GetItemCounter(nCookie, pnCounter); });
     }
     HRESULT SetItemAlpha2(LONG nCookie, std::int16_t sAlpha) override {
-        return Run([&](auto& engine) { return engine.SetItemAlpha2(nCookie, sAlpha); });
+        return CallEngine([&](auto& engine) { return engine.SetItemAlpha2(nCookie, sAlpha); });
     }
     HRESULT GetItemAlpha2(LONG nCookie, std::int16_t* psAlpha) override {
-        return Run([&](auto& engine) { return engine.GetItemAlpha2(nCookie, psAlpha); });
+        return CallEngine([&](auto& engine) { return engine.GetItemAlpha2(nCookie, psAlpha); });
     }
 
 protected:
@@ -186,7 +187,7 @@ private:
     Object& This() { return static_cast<Object&>(*this); }
 
     template <class Call>
-    HRESULT Run(const Call& call) {
+    HRESULT CallEngine(const Call& call) {
         return WithoutExceptions([&] { return call(This().Engine()); });
     }
 

@@ -113,7 +113,8 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
         return hr;
     }
     IMediaSample& sampleOut = *pass.spSampleOut;
-    ReadOutputType(&sampleOut);
+    // What came with the incoming sample is told downstream by the copy of its properties.
+    if (ReadOutputType(&sampleOut) != S_OK) ReadOutputType(&sample);
     const LONG cbActual = sampleOut.GetActualDataLength();
     pass.cbFrame = ToSize(cbActual != 0 ? cbActual : sampleOut.GetSize());
 
@@ -149,9 +150,9 @@ void CCoVellumcaster::PassInputThrough(FramePass& pass, IMediaSample& sample) {
     m_nMemoryType = MemoryType::System;
 }
 
-void CCoVellumcaster::ReadOutputType(IMediaSample* pSample) {
+HRESULT CCoVellumcaster::ReadOutputType(IMediaSample* pSample) {
     CAutoLock lock(m_csFilter);
-    static_cast<void>(m_spOut->SetMediaTypeFromSample(pSample));
+    return m_spOut->SetMediaTypeFromSample(pSample);
 }
 
 void CCoVellumcaster::MixAndCopy(const FramePass& pass, IMediaSample& sample) {

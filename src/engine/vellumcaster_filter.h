@@ -59,6 +59,11 @@ public:
     [[nodiscard]] COverlayEngine& Engine() { return m_Engine; }
     [[nodiscard]] CStreamDemands& Demands() { return *this; }
     using CStreamDemands::UsesExtraBuffer;
+    // Not the demands' own, which the interface calls.
+    using IVellumcaster2Impl::GetColorSpace;
+    using IVellumcaster2Impl::IsUseExtraBuffer2;
+    using IVellumcaster2Impl::SetColorSpace;
+    using IVellumcaster2Impl::UseExtraBuffer2;
     [[nodiscard]] bool IsStopped() const override { return CBaseFilter::IsStopped(); }
 
     HRESULT GetPages(CAUUID* pPages) override;
@@ -111,7 +116,7 @@ private:
     Dropped TakeSeparateOutput(FramePass& pass, IMediaSample& sample);
     void LeaveReadOnlyInput(FramePass& pass);
     void PassInputThrough(FramePass& pass, IMediaSample& sample);
-    void ReadOutputType(IMediaSample* pSample);
+    HRESULT ReadOutputType(IMediaSample* pSample);
     void MixAndCopy(const FramePass& pass, IMediaSample& sample);
     void FollowStream(std::uint32_t dwInput);
 

@@ -260,6 +260,7 @@ private:
         if (SUCCEEDED(hr)) hr = m_Allocator.AllocatorAgree(spMemInput.Get(), upstream);
         if (hr == S_OK) {
             m_spMemInput = std::move(spMemInput);
+            this->m_apFilter->CompareAllocators();
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "%s: Allocator agreement successful\n",
                               this->DisplayName());
             return S_OK;

@@ -131,6 +131,9 @@ public:
         return spPeer ? spPeer->QueryInterface(iid, ppv) : E_NOINTERFACE;
     }
 
+    /// Finds out whether samples pass through, once both sides have settled.
+    void CompareAllocators() { m_bSeparated = !IsSameObject(In().AllocIn().Get(), Out().m_Allocator.Get()); }
+
     /// Input and output run on separate allocators: each frame is copied into a sample of the output's.
     std::atomic<bool> m_bSeparated = false;
 

@@ -1,0 +1,357 @@
+#include "host/graph/graph_builder.h"
+#include "host/graph/video_type.h"
+#include "image/plane_layout.h"
+#include "support/picture_pixels.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <map>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace vellumcaster {
+namespace {
+
+using namespace testing_support;
+using Mode = CTransInPlaceAllocator::Mode;
+using Memory = SourceManners::Memory;
+
+constexpr BYTE nBackground = 40;
+
+/// The filter between a source that makes grey frames and a sink that looks at them.
+class FilterInGraph : public testing::Test {
+protected:
+    FilterInGraph() {
+        m_Source.streams = {{{format_code::I420, 16, 4, 16}, 400000}};
+        m_Source.fill = [this](IMediaSample& sample, const PictureFormat& pf) { return Fill(sample, pf); };
+        m_Sink.take = [this](IMediaSample& sample, const PictureFormat& pf) { return Take(sample, pf); };
+    }
+    ~FilterInGraph() override { m_spGraph->Clear(); }
+
+    HRESULT Build() {
+        m_spSource = MakeCounted<CFrameSource>(m_Source);
+        m_spSink = MakeCounted<CFrameSink>(m_Sink);
+        EXPECT_EQ(CCoVellumcaster::Make(m_spFilter), S_OK);
+        return BuildGraph(*m_spGraph, *m_spSource, *m_spFilter, *m_spSink);
+    }
+
+    /// A white box of 4 x 2 at the left top corner.
+    void AddBox() {
+        ImageInfoTag info{4, -2, 32, 0, 32};
+        const std::vector<BYTE> white(32, 255);
+        LONG cookie = 0;
+        ASSERT_EQ(m_spFilter->AddImageFromMemory2(&info, 32, white.data(), nullptr, -1, -1, nullptr, &cookie), S_OK);
+        ASSERT_EQ(m_spFilter->ShowItem2(cookie, 1), S_OK);
+    }
+
+    void RunToEnd() {
+        ASSERT_EQ(m_spGraph->Run(), S_OK);
+        m_spSink->WaitForEnd();
+        ASSERT_EQ(m_spGraph->Stop(), S_OK);
+        EXPECT_EQ(m_spSource->Outcome(), S_OK);
+    }
+
+    HRESULT Fill(IMediaSample& sample, const PictureFormat& pf) {
+        if (m_nFilled == m_nFrames) return S_FALSE;
+        const std::size_t cb = CPictureFormats::GetBufferSize(pf);
+        BYTE* pData = nullptr;
+        EXPECT_EQ(sample.GetPointer(&pData), S_OK);
+        EXPECT_GE(sample.GetSize(), static_cast<LONG>(cb));
+        std::fill_n(pData, cb, nBackground);
+        sample.SetActualDataLength(static_cast<LONG>(cb));
+        REFERENCE_TIME start = m_nFilled * 400000;
+        REFERENCE_TIME stop = start + 400000;
+        sample.SetTime(&start, &stop);
+        m_pFilled = pData;
+        ++m_nFilled;
+        return S_OK;
+    }
+
+    HRESULT Take(IMediaSample& sample, const PictureFormat& pf) {
+        BYTE* pData = nullptr;
+        EXPECT_EQ(sample.GetPointer(&pData), S_OK);
+        REFERENCE_TIME start = -1;
+        REFERENCE_TIME stop = -1;
+        EXPECT_EQ(sample.GetTime(&start, &stop), S_OK);
+        EXPECT_EQ(start, m_nTaken * 400000);
+        EXPECT_EQ(sample.GetActualDataLength(), static_cast<LONG>(CPictureFormats::GetBufferSize(pf)));
+        m_bSameMemory = pData == m_pFilled;
+        m_Last.assign(pData, pData + sample.GetActualDataLength());
+        m_LastFormat = pf;
+        m_cbAlignment = reinterpret_cast<std::uintptr_t>(pData) & -reinterpret_cast<std::uintptr_t>(pData);
+        ++m_nTaken;
+        return S_OK;
+    }
+
+    /// Whether a pixel of the last frame is as the source made it.
+    bool IsBackground(std::size_t x, std::size_t y) {
+        CPicturePixels pixels(m_LastFormat);
+        for (const std::size_t i : pixels.BytesOf(x, y))
+            if (m_Last[i] != nBackground) return false;
+        return true;
+    }
+
+    SourceManners m_Source;
+    SinkManners m_Sink;
+    CComPtr<CGraph> m_spGraph = MakeCounted<CGraph>();
+    CComPtr<CFrameSource> m_spSource;
+    CComPtr<CCoVellumcaster> m_spFilter;
+    CComPtr<CFrameSink> m_spSink;
+    int m_nFrames = 5;
+    std::atomic<int> m_nFilled = 0;
+    std::atomic<int> m_nTaken = 0;
+    BYTE* m_pFilled = nullptr;
+    bool m_bSameMemory = false;
+    std::uintptr_t m_cbAlignment = 0;
+    std::vector<BYTE> m_Last;
+    PictureFormat m_LastFormat;
+};
+
+struct MemoryCase {
+    const char* pszName;
+    Memory source;
+    void (*manner)(SinkManners&);
+    bool bExtraBuffer;
+    bool bPassesThrough;
+    Mode mode;
+};
+
+class MemoryAgreement : public FilterInGraph, public testing::WithParamInterface<MemoryCase> {};
+
+TEST_P(MemoryAgreement, EndsAsBothSidesAllow) {
+    const MemoryCase& c = GetParam();
+    m_Source.memory = c.source;
+    c.manner(m_Sink);
+    ASSERT_EQ(Build(), S_OK);
+    if (!c.bExtraBuffer) {
+        ASSERT_EQ(m_spFilter->UseExtraBuffer2(0), S_OK);
+    }
+    EXPECT_EQ(m_spFilter->m_spOut->m_Allocator.GetMode(), c.mode);
+    EXPECT_EQ(m_spFilter->m_bSeparated, !c.bPassesThrough);
+    EXPECT_FALSE(m_spSink->IsReadOnly());
+    AddBox();
+    RunToEnd();
+    EXPECT_EQ(m_nTaken, m_nFrames);
+    EXPECT_EQ(m_bSameMemory, c.bPassesThrough) << "the same buffer goes on, or a copy";
+    EXPECT_FALSE(IsBackground(0, 0));
+    EXPECT_TRUE(IsBackground(8, 0));
+    if (m_Sink.needs.cbAlign > 1) {
+        EXPECT_GE(m_cbAlignment, static_cast<std::uintptr_t>(m_Sink.needs.cbAlign));
+    }
+}
+
+void Plain(SinkManners&) {}
+void OffersNone(SinkManners& m) { m.bOffersMemory = false; }
+void Insists(SinkManners& m) { m.bInsistsOnItsMemory = true; }
+void SaysNothing(SinkManners& m) { m.bTellsItsNeeds = false; }
+void NeedsMuch(SinkManners& m) { m.needs = {7, 1000, 256, 256}; }
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, MemoryAgreement,
+    testing::Values(MemoryCase{"Offered", Memory::Offered, Plain, true, true, Mode::Upstream},
+                    MemoryCase{"OwnWritable", Memory::Own, Plain, true, true, Mode::Upstream},
+                    MemoryCase{"OwnWritableNoneOffered", Memory::Own, OffersNone, true, true, Mode::Upstream},
+                    MemoryCase{"OwnWritableNeedsUntold", Memory::Own, SaysNothing, true, true, Mode::Upstream},
+                    MemoryCase{"OwnWritableMuchNeeded", Memory::Own, NeedsMuch, true, true, Mode::Upstream},
+                    MemoryCase{"ReadOnly", Memory::OwnReadOnly, Plain, true, false, Mode::Downstream},
+                    MemoryCase{"ReadOnlyNoneOffered", Memory::OwnReadOnly, OffersNone, true, false, Mode::Own},
+                    MemoryCase{"Insisting", Memory::Own, Insists, true, false, Mode::Downstream},
+                    MemoryCase{"InsistingMuchNeeded", Memory::Own,
+                               [](SinkManners& m) {
+                                   Insists(m);
+                                   NeedsMuch(m);
+                               },
+                               true, false, Mode::Downstream},
+                    MemoryCase{"InsistingOffered", Memory::Offered, Insists, true, false, Mode::Downstream},
+                    MemoryCase{"InsistingOfferedUnbuffered", Memory::Offered, Insists, false, true, Mode::Downstream},
+                    MemoryCase{"OfferedUnbuffered", Memory::Offered, Plain, false, true, Mode::Upstream}),
+    [](const auto& row) { return row.param.pszName; });
+
+TEST_F(FilterInGraph, IsNotConnectedWhereDownstreamTakesNoMemory) {
+    m_Sink.bRefusesAllMemory = true;
+    EXPECT_EQ(Build(), E_FAIL);
+    CComPtr<IPin> spPeer;
+    EXPECT_EQ(m_spSink->OwnPin()->ConnectedTo(spPeer.Put()), VFW_E_NOT_CONNECTED);
+    EXPECT_FALSE(m_spFilter->m_spOut->IsConnected());
+    EXPECT_EQ(m_spGraph->Run(), VFW_E_WRONG_STATE);
+    EXPECT_EQ(m_spFilter->State(), State_Stopped);
+}
+
+TEST_F(FilterInGraph, HasOneTypeOnBothSides) {
+    m_Source.streams = {{{format_code::RGB565, 16, 4, 16}, 0}, // not taken by the filter
+                        {{format_code::YUY2, 16, 4, 16}, 0},   // not by the sink
+                        {{format_code::UYVY, 16, 4, 16}, 0}};
+    m_Sink.formats = {format_code::UYVY};
+    ASSERT_EQ(Build(), S_OK);
+    EXPECT_TRUE(MT_IsEqual(m_spFilter->m_spIn->MediaType(), m_spFilter->m_spOut->MediaType()));
+    EXPECT_EQ(m_spFilter->m_spIn->Picture().dwFormat, format_code::UYVY)
+        << "the input was connected anew in what downstream takes";
+    const int nReconnections = m_spGraph->ReconnectionCount();
+    ASSERT_EQ(m_spGraph->ReconnectEx(m_spFilter->m_spIn.Get(), nullptr), S_OK);
+    EXPECT_EQ(m_spGraph->ReconnectionCount(), nReconnections + 1) << "equal types end it";
+    RunToEnd();
+    EXPECT_EQ(m_nTaken, m_nFrames);
+}
+
+TEST_F(FilterInGraph, ReconnectsInAGraphThatCannotBeToldTheType) {
+    m_spGraph = MakeCounted<CGraph>(false);
+    ASSERT_EQ(Build(), S_OK);
+    EXPECT_GT(m_spGraph->ReconnectionCount(), 0);
+    RunToEnd();
+}
+
+TEST_F(FilterInGraph, DrawsInEveryFormatAndRowOrder) {
+    const struct {
+        std::uint32_t dwFormat;
+        LONG nHeight;
+        bool bDraws;
+    } cases[] = {{format_code::I420, 4, true},   {format_code::YV12, 4, true},  {format_code::YUY2, 4, true},
+                 {format_code::UYVY, 4, true},   {format_code::YVYU, 4, true},  {format_code::RGB32, 4, true},
+                 {format_code::RGB32, -4, true}, {format_code::RGB24, 4, true}, {format_code::RGB24, -4, true},
+                 {format_code::ARGB32, 4, false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.dwFormat);
+        m_spGraph->Clear();
+        m_nFilled = m_nTaken = 0;
+        m_Source.streams = {{{c.dwFormat, 16, c.nHeight, 16}, 0}};
+        ASSERT_EQ(Build(), S_OK);
+        if (c.bDraws) AddBox();
+        RunToEnd();
+        EXPECT_EQ(m_nTaken, m_nFrames);
+        EXPECT_EQ(m_LastFormat.dwFormat, c.dwFormat);
+        EXPECT_EQ(IsBackground(0, 0), !c.bDraws);
+        EXPECT_TRUE(IsBackground(0, 3)) << "the box is at the top";
+    }
+}
+
+TEST_F(FilterInGraph, FollowsATypeThatComesWithASample) {
+    const OfferedStream after{{format_code::RGB32, 8, -4, 8}, 400000};
+    m_Source.needs.cbBuffer = 1000;
+    m_Source.fill = [&](IMediaSample& sample, const PictureFormat& pf) {
+        if (m_nFilled < 2) return Fill(sample, pf);
+        CMediaTypeHolder type;
+        EXPECT_EQ(MakeVideoType(after.pf, after.avgTimePerFrame, *type.Put()), S_OK);
+        if (m_nFilled == 2) sample.SetMediaType(type.Get());
+        return Fill(sample, after.pf);
+    };
+    for (const Memory memory : {Memory::Own, Memory::OwnReadOnly}) {
+        m_spGraph->Clear();
+        m_nFilled = m_nTaken = 0;
+        m_Source.memory = memory;
+        m_Sink.needs.cbBuffer = 1000;
+        ASSERT_EQ(Build(), S_OK);
+        AddBox();
+        RunToEnd();
+        EXPECT_EQ(m_nTaken, m_nFrames);
+        EXPECT_EQ(m_LastFormat.dwFormat, format_code::RGB32);
+        EXPECT_EQ(m_spFilter->m_spOut->Picture().dwFormat, format_code::RGB32);
+        EXPECT_FALSE(IsBackground(0, 0)) << "items are prepared in the new format";
+        EXPECT_TRUE(IsBackground(4, 0));
+    }
+}
+
+TEST_F(FilterInGraph, StopsASampleWhoseTypeItCannotTake) {
+    m_Source.fill = [&](IMediaSample& sample, const PictureFormat& pf) {
+        CMediaTypeHolder type;
+        EXPECT_EQ(MakeVideoType({format_code::RGB565, 16, 4, 16}, 0, *type.Put()), S_OK);
+        sample.SetMediaType(type.Get());
+        return Fill(sample, pf);
+    };
+    ASSERT_EQ(Build(), S_OK);
+    ASSERT_EQ(m_spGraph->Run(), S_OK);
+    m_spSink->WaitForEnd();
+    EXPECT_EQ(m_spSource->Outcome(), VFW_E_INVALIDMEDIATYPE);
+    EXPECT_EQ(m_nTaken, 0);
+    EXPECT_EQ(m_spFilter->m_spIn->Picture().dwFormat, format_code::I420);
+}
+
+TEST_F(FilterInGraph, MeetsADemandedColourSpace) {
+    m_Source.streams = {{{format_code::I420, 16, 4, 16}, 0}, {{format_code::YUY2, 16, 4, 16}, 0}};
+    ASSERT_EQ(Build(), S_OK);
+    CBstr yuy2;
+    CBstr rgb32;
+    ASSERT_EQ(yuy2.Assign(std::u16string_view(u"YUY2")), S_OK);
+    ASSERT_EQ(rgb32.Assign(std::u16string_view(u"RGB32")), S_OK);
+    EXPECT_EQ(m_spFilter->SetColorSpace(rgb32.Get()), VFW_E_TYPE_NOT_ACCEPTED) << "upstream has none";
+    EXPECT_EQ(m_spFilter->SetColorSpace(yuy2.Get()), S_OK);
+    EXPECT_EQ(m_spFilter->m_spIn->Picture().dwFormat, format_code::YUY2);
+    EXPECT_EQ(m_spFilter->m_spOut->Picture().dwFormat, format_code::YUY2);
+    EXPECT_EQ(m_spFilter->IsDirty(), S_FALSE) << "the connection is no part of the stack";
+    RunToEnd();
+    EXPECT_EQ(m_LastFormat.dwFormat, format_code::YUY2);
+}
+
+TEST_F(FilterInGraph, GoesThroughItsStatesWithItsAllocator) {
+    m_nFrames = 1 << 30;
+    ASSERT_EQ(Build(), S_OK);
+    IMemAllocator* const pAllocator = m_spFilter->m_spOut->m_Allocator.Get();
+    FILTER_STATE state = State_Running;
+    EXPECT_EQ(m_spFilter->Run(5), S_OK);
+    EXPECT_EQ(m_spFilter->GetState(0, &state), S_OK);
+    EXPECT_EQ(state, State_Running);
+    CComPtr<IMediaSample> spSample;
+    EXPECT_EQ(pAllocator->GetBuffer(spSample.Put(), nullptr, nullptr, 0), S_OK) << "committed";
+    EXPECT_EQ(m_spFilter->m_spIn->Disconnect(), VFW_E_NOT_STOPPED);
+    EXPECT_EQ(m_spFilter->m_spOut->Disconnect(), VFW_E_NOT_STOPPED);
+    EXPECT_EQ(m_spFilter->UseExtraBuffer2(0), VFW_E_NOT_STOPPED);
+    spSample.Reset();
+    EXPECT_EQ(m_spFilter->Stop(), S_OK);
+    EXPECT_EQ(pAllocator->GetBuffer(spSample.Put(), nullptr, nullptr, 0), VFW_E_NOT_COMMITTED);
+
+    EXPECT_EQ(m_spFilter->m_spOut->Disconnect(), S_OK);
+    CComPtr<IPin> spPeer;
+    EXPECT_EQ(m_spSink->OwnPin()->ConnectedTo(spPeer.Put()), VFW_E_NOT_CONNECTED) << "the far side forgets it too";
+    EXPECT_EQ(m_spFilter->m_spOut->Disconnect(), S_FALSE);
+    EXPECT_EQ(m_spFilter->Stop(), VFW_E_NOT_CONNECTED);
+    EXPECT_EQ(m_spFilter->Pause(), VFW_E_WRONG_STATE);
+}
+
+TEST_F(FilterInGraph, SurvivesControlFromAllSidesWhileItStreams) {
+    m_nFrames = 1 << 30;
+    m_Sink.take = [this](IMediaSample&, const PictureFormat&) {
+        ++m_nTaken;
+        return S_OK;
+    };
+    ASSERT_EQ(Build(), S_OK);
+    std::atomic<bool> bDone = false;
+    std::thread control([&] {
+        while (!bDone) {
+            AddBox();
+            LONG cookie = 0;
+            BSTR bsName = nullptr;
+            ITEM_TYPE eType = eText;
+            if (m_spFilter->GetItemInfo2(0, &cookie, &bsName, &eType) == S_OK) {
+                SysFreeString(bsName);
+                m_spFilter->SetItemAlpha2(cookie, 100);
+                m_spFilter->RemoveItem2(cookie);
+            }
+            std::this_thread::yield();
+        }
+    });
+    for (int round = 0; round < 200; ++round) {
+        const int nBefore = m_nTaken;
+        ASSERT_EQ(m_spGraph->Run(), S_OK);
+        while (m_nTaken < nBefore + 3)
+            std::this_thread::yield();
+        if (round % 2 == 0) {
+            EXPECT_EQ(m_spSource->Flush(), S_OK);
+        }
+        if (round % 3 == 0) {
+            EXPECT_EQ(m_spGraph->Pause(), S_OK);
+        }
+        ASSERT_EQ(m_spGraph->Stop(), S_OK);
+        if (round % 5 == 0) {
+            ASSERT_EQ(m_spGraph->ReconnectEx(m_spFilter->m_spIn.Get(), nullptr), S_OK);
+        }
+        if (round % 7 == 0) {
+            ASSERT_EQ(m_spFilter->UseExtraBuffer2(round % 14 == 0 ? 0 : 1), S_OK);
+        }
+    }
+    bDone = true;
+    control.join();
+}
+
+} // namespace
+} // namespace vellumcaster

@@ -2,9 +2,10 @@
 
 #include "image/blob_holder.h"
 #include "image/picture_format.h"
-#include "platform/com/counted_ptr.h"
 #include "platform/com/unknown_impl.h"
 #include "platform/media/mem_input_pin.h"
+
+#include <vellumcaster/counted_ptr.h>
 
 namespace vellumcaster {
 

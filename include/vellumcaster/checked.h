@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <exception>
+#include <optional>
+#include <utility>
 
 namespace vellumcaster {
 
@@ -35,6 +37,26 @@ private:
 
     HRESULT m_hr;
     char m_sz[96];
+};
+
+/// The outcome of a call that makes something: the thing, or why there is none.
+template <class Value>
+class [[nodiscard]] Result {
+public:
+    Result(Value value) : m_hr(S_OK), m_value(std::move(value)) {} // NOLINT(google-explicit-constructor)
+    Result(const Error& error) : m_hr(error.Code()) {}             // NOLINT(google-explicit-constructor)
+
+    explicit operator bool() const { return m_value.has_value(); }
+    [[nodiscard]] HRESULT Code() const { return m_hr; }
+    /// The thing. \throws Error where there is none.
+    [[nodiscard]] Value& OrThrow() {
+        if (!m_value) throw Error(m_hr);
+        return *m_value;
+    }
+
+private:
+    HRESULT m_hr;
+    std::optional<Value> m_value;
 };
 
 /// Passes a success on. \throws Error for a failure.

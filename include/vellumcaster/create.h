@@ -2,7 +2,9 @@
 
 #include <vellumcaster/export.h>
 #include <vellumcaster/frame_mixer.h>
+#include <vellumcaster/stream.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -14,6 +16,23 @@ namespace vellumcaster {
 /// \return S_OK; E_POINTER for null; E_OUTOFMEMORY; E_NOTIMPL on a processor older than the library was built for, which
 ///         is also said in one sentence on standard error.
 VELLUM_API HRESULT CreateFrameMixer(IFrameMixer** ppMixer) noexcept;
+
+/// Makes a stream over memory of its own, which grows as it is written to.
+/// \param pContent  `cb` bytes that it holds at first, copied; may be null where `cb` is 0.
+/// \param ppStream  receives it with a reference that the caller releases, or null.
+/// \return S_OK; E_POINTER; E_OUTOFMEMORY.
+VELLUM_API HRESULT CreateStreamOnMemory(const void* pContent, std::size_t cb, IStream** ppStream) noexcept;
+
+/// Makes a stream that reads a file from front to back.
+/// \param pszUtf8File  a regular file's name. \param ppStream  as above.
+/// \return S_OK; E_POINTER; E_OUTOFMEMORY; the platform's error, 0x8007 in its high half.
+VELLUM_API HRESULT OpenStreamOnFile(const char* pszUtf8File, IStream** ppStream) noexcept;
+
+/// Makes a stream that writes a file, whole or not at all: it comes to stand under its name with `IStream::Commit`, and an
+/// earlier file keeps its content until then, or for good where the stream is released without.
+/// \param pszUtf8File  a regular file's name, or that of none yet. \param ppStream  as above.
+/// \return as `OpenStreamOnFile`.
+VELLUM_API HRESULT CreateStreamOnFile(const char* pszUtf8File, IStream** ppStream) noexcept;
 
 /// The same text in UTF-16, as strings of the calls have it. Each byte that begins no well-formed character becomes
 /// U+FFFD.

@@ -6,12 +6,15 @@
 #include <vellumcaster/counted_ptr.h>
 #include <vellumcaster/create.h>
 #include <vellumcaster/frame_mixer.h>
+#include <vellumcaster/persist.h>
 
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 /// The control interfaces for applications in C++: owners for references and strings, failures as `Error`.
 namespace vellumcaster {
@@ -27,6 +30,21 @@ struct Color {
     [[nodiscard]] constexpr LONG Packed() const {
         return static_cast<LONG>(DWORD{a} << 24 | DWORD{b} << 16 | DWORD{g} << 8 | DWORD{r});
     }
+};
+
+/// A text that is handed in: UTF-8 or UTF-16. Bytes that are no UTF-8 become U+FFFD.
+class Text {
+public:
+    Text(std::string_view utf8) : m_text(FromUtf8(utf8)) {}         // NOLINT(google-explicit-constructor)
+    Text(std::u16string_view utf16) : m_text(utf16) {}              // NOLINT(google-explicit-constructor)
+    Text(const char* utf8) : Text(std::string_view(utf8)) {}        // NOLINT(google-explicit-constructor)
+    Text(const char16_t* utf16) : m_text(utf16) {}                  // NOLINT(google-explicit-constructor)
+    Text(const std::string& utf8) : Text(std::string_view(utf8)) {} // NOLINT(google-explicit-constructor)
+
+    [[nodiscard]] const std::u16string& Utf16() const { return m_text; }
+
+private:
+    std::u16string m_text;
 };
 
 /// How a text looks and where it stands.
@@ -59,8 +77,7 @@ struct FreeString {
 };
 using OwnedString = std::unique_ptr<OLECHAR, FreeString>;
 
-inline OwnedString MakeString(std::string_view utf8) {
-    const std::u16string text = FromUtf8(utf8);
+inline OwnedString MakeString(std::u16string_view text) {
     OwnedString bs(SysAllocStringLen(text.data(), static_cast<DWORD>(text.size())));
     if (!bs) throw Error(E_OUTOFMEMORY);
     return bs;
@@ -127,6 +144,20 @@ public:
         OrThrow(m_spControl->GetItemSize(m_nCookie, &size));
         return size;
     }
+    /// The item's properties; `bsTextString` is null, for the name see `Name`.
+    [[nodiscard]] OVERLAY_PROPS Props() const {
+        OVERLAY_PROPS props;
+        OrThrow(m_spControl->GetItemProps(m_nCookie, &props));
+        SysFreeString(std::exchange(props.bsTextString, nullptr));
+        return props;
+    }
+    /// A text's words, a date's or a time's picture, a picture's file, or a label; UTF-16.
+    [[nodiscard]] std::u16string Name() const {
+        OVERLAY_PROPS props;
+        OrThrow(m_spControl->GetItemProps(m_nCookie, &props));
+        const detail::OwnedString name(props.bsTextString);
+        return name ? std::u16string(name.get(), SysStringLen(name.get())) : std::u16string();
+    }
     /// Reads the properties, lets `change(OVERLAY_PROPS&)` change them, and applies them all. Another thread's change
     /// between the two is lost. `change` leaves `bsTextString` alone.
     template <class Change>
@@ -156,17 +187,26 @@ private:
 /// Each call throws `Error` for what stands with the call of `IVellumcaster2` or `IFrameMixer` that it makes.
 class Overlay {
 public:
+    /// \return a stack for frames of this format, or why there is none.
+    static Result<Overlay> Create(const FrameFormat& format) {
+        try {
+            return Overlay(format);
+        } catch (const Error& error) {
+            return error;
+        }
+    }
+
     explicit Overlay(const FrameFormat& format) {
         OrThrow(CreateFrameMixer(m_spMixer.Put()));
         OrThrow(m_spMixer.QueryInterface(m_spControl));
         OrThrow(m_spMixer->SetFormat(&format));
     }
 
-    /// Puts the picture of a bitmap file on top, hidden, at (0, 0). \param utf8Path  24 or 32 bits, not compressed.
+    /// Puts the picture of a bitmap file on top, hidden, at (0, 0). \param path  24 or 32 bits, not compressed.
     /// \param size  pixels; a 0 in either: the picture's own. \param topLeftTransparent  the first pixel's colour is.
-    Item AddPicture(std::string_view utf8Path, SIZE size = {}, bool topLeftTransparent = false) {
+    Item AddPicture(const Text& path, SIZE size = {}, bool topLeftTransparent = false) {
         LONG cookie = 0;
-        OrThrow(m_spControl->AddImage2(detail::MakeString(utf8Path).get(), -1, topLeftTransparent ? 0 : -1, &size,
+        OrThrow(m_spControl->AddImage2(detail::MakeString(path.Utf16()).get(), -1, topLeftTransparent ? 0 : -1, &size,
                                        &cookie));
         return {m_spControl, cookie};
     }
@@ -178,21 +218,45 @@ public:
         return {m_spControl, cookie};
     }
 
-    /// Each puts a text on top, shown. Strings are UTF-8. \param picture  how a date or a time is written.
-    Item AddText(std::string_view text, const TextOptions& options = {}) { return Add(eText, text, options); }
-    Item AddDate(const TextOptions& options = {}, std::string_view picture = {}) {
-        return Add(eDate, picture, options);
-    }
-    Item AddTime(const TextOptions& options = {}, std::string_view picture = {}) {
-        return Add(eTime, picture, options);
-    }
-    Item AddFrameNumber(const TextOptions& options = {}) { return Add(eFrameNumber, {}, options); }
-    Item AddTimecode(const TextOptions& options = {}) { return Add(eSMPTETimeCode, {}, options); }
+    /// Each puts a text on top, shown. \param picture  how a date or a time is written.
+    Item AddText(const Text& text, const TextOptions& options = {}) { return Add(eText, text, options); }
+    Item AddDate(const TextOptions& options = {}, const Text& picture = u"") { return Add(eDate, picture, options); }
+    Item AddTime(const TextOptions& options = {}, const Text& picture = u"") { return Add(eTime, picture, options); }
+    Item AddFrameNumber(const TextOptions& options = {}) { return Add(eFrameNumber, u"", options); }
+    Item AddTimecode(const TextOptions& options = {}) { return Add(eSMPTETimeCode, u"", options); }
 
     [[nodiscard]] LONG Count() const {
         LONG n = 0;
         OrThrow(m_spControl->GetItemCount2(&n));
         return n;
+    }
+    /// The items as they stand, from the bottom of the stack up.
+    [[nodiscard]] std::vector<Item> Items() const {
+        std::vector<Item> items;
+        LONG cookie = 0;
+        ITEM_TYPE type = eText;
+        for (LONG i = 0;; ++i) {
+            BSTR name = nullptr;
+            if (FAILED(m_spControl->GetItemInfo2(i, &cookie, &name, &type))) return items;
+            SysFreeString(name);
+            items.emplace_back(m_spControl, cookie);
+        }
+    }
+
+    /// Keeps the stack in a file, which then holds all of it, or what it held before.
+    /// \param utf8Path  a regular file's name, or that of none yet.
+    void Save(std::string_view utf8Path) {
+        CComPtr<IStream> spStream;
+        OrThrow(CreateStreamOnFile(std::string(utf8Path).c_str(), spStream.Put()));
+        OrThrow(Persist()->Save(spStream.Get(), 1));
+        OrThrow(spStream->Commit(0));
+    }
+    /// Puts the items of a saved stack on top. A picture whose file is gone is passed over. Items that were read before a
+    /// failure stay.
+    void Load(std::string_view utf8Path) {
+        CComPtr<IStream> spStream;
+        OrThrow(OpenStreamOnFile(std::string(utf8Path).c_str(), spStream.Put()));
+        OrThrow(Persist()->Load(spStream.Get()));
     }
 
     void Start() { OrThrow(m_spMixer->Start()); }
@@ -209,7 +273,13 @@ public:
     [[nodiscard]] const CComPtr<IVellumcaster2>& Control() const { return m_spControl; }
 
 private:
-    Item Add(ITEM_TYPE type, std::string_view text, const TextOptions& options) {
+    [[nodiscard]] CComPtr<IPersistStream> Persist() const {
+        CComPtr<IPersistStream> spPersist;
+        OrThrow(m_spMixer.QueryInterface(spPersist));
+        return spPersist;
+    }
+
+    Item Add(ITEM_TYPE type, const Text& text, const TextOptions& options) {
         LOGFONT font;
         font.lfHeight = options.height;
         font.lfWeight = options.weight;
@@ -217,7 +287,8 @@ private:
         font.lfCharSet = 1;
         options.face.copy(font.lfFaceName, sizeof font.lfFaceName - 1);
 
-        const detail::OwnedString bs = text.empty() && type != eText ? nullptr : detail::MakeString(text);
+        const bool named = type == eText || !text.Utf16().empty();
+        const detail::OwnedString bs = named ? detail::MakeString(text.Utf16()) : nullptr;
         OVERLAY_PROPS props;
         props.bShow = 1;
         props.sAlphaValue = 255;

@@ -1,6 +1,8 @@
 // Compiled for any processor of the family where the rest is not: what is asked first is whether the rest can run.
 
 #include "engine/frame_mixer.h"
+#include "platform/com/file_stream.h"
+#include "platform/com/memory_stream.h"
 #include "platform/com/no_exceptions.h"
 #include "server/processor.h"
 
@@ -16,6 +18,19 @@ HRESULT CreateFrameMixer(IFrameMixer** ppMixer) noexcept {
         *ppMixer = MakeFrameMixer().Detach();
         return S_OK;
     });
+}
+
+HRESULT CreateStreamOnMemory(const void* pContent, std::size_t cb, IStream** ppStream) noexcept {
+    if (!pContent && cb != 0) return E_POINTER;
+    return CreateMemoryStream({static_cast<const BYTE*>(pContent), cb}, ppStream);
+}
+
+HRESULT OpenStreamOnFile(const char* pszUtf8File, IStream** ppStream) noexcept {
+    return OpenFileStream(pszUtf8File, ppStream);
+}
+
+HRESULT CreateStreamOnFile(const char* pszUtf8File, IStream** ppStream) noexcept {
+    return CreateFileStream(pszUtf8File, ppStream);
 }
 
 } // namespace vellumcaster

@@ -37,6 +37,11 @@ frame 1: label at 110, 144
 frame 2: label at 122, 150
 frame 4: label at 150, 160
 WANT
+  diff <("$programs/saved_stack" "$work/stack.bin") - <<'WANT'
+2 items were loaded, 2 are left
+the last one went from 40 to 2040
+WANT
+  [ "$(head -c 4 "$work/stack.bin" | od -An -tu4 | tr -d ' ')" = 54 ] || fail 'a stack begins with its header'
   printf '0 1 2 3 4\n1 2 three 4 5\n' >"$work/bad.txt"
   if "$programs/follow_faces" "$work/bad.txt" 2>"$work/said"; then fail 'a bad line was taken'; fi
   grep -q 'bad.txt:2: ' "$work/said" || fail 'the bad line is not named'
@@ -54,9 +59,9 @@ look_at "$work/found"
 export PKG_CONFIG_PATH=$work/prefix/$libdir/pkgconfig LD_LIBRARY_PATH=$work/prefix/$libdir
 for standard in 17 20; do
   mkdir "$work/plain$standard"
-  for example in logo_and_timecode follow_faces; do
+  for example in logo_and_timecode follow_faces saved_stack; do
     # shellcheck disable=SC2046 # the flags are words
-    "$compiler" "-std=c++$standard" -Wall -Wextra -Werror "$source/examples/$example.cpp" \
+    "$compiler" "-std=c++$standard" -Wall -Wextra -Werror "$source/examples/$example.cpp" -pthread \
       $(pkg-config --cflags --libs vellumcaster) -o "$work/plain$standard/$example"
   done
   look_at "$work/plain$standard"

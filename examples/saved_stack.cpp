@@ -3,16 +3,14 @@
 
 #include <vellumcaster/overlay.h>
 
-#include <atomic>
 #include <cstdio>
 #include <exception>
-#include <functional>
+#include <future>
 #include <stdexcept>
-#include <thread>
 #include <vector>
 
 namespace {
-constexpr int width = 640, height = 360, frames = 500;
+constexpr int width = 640, height = 360, frames = 500, changes = 500;
 
 vellumcaster::FrameFormat Format() {
     vellumcaster::FrameFormat format;
@@ -36,10 +34,10 @@ void SaveStack(const char* path) {
 }
 
 /// What another part of an application does to the stack meanwhile.
-void Change(vellumcaster::Overlay overlay, const std::atomic<bool>& running) {
+void Change(vellumcaster::Overlay overlay) {
     vellumcaster::TextOptions look;
     look.x = 400;
-    for (int n = 0; running; ++n) {
+    for (int n = 0; n < changes; ++n) {
         vellumcaster::Item note = overlay.AddText(u"Note", look);
         note.MoveTo(400, n % height);
         note.SetAlpha(static_cast<std::int16_t>(n % 256));
@@ -57,15 +55,13 @@ int main(int argc, char** argv) try {
     const std::vector<vellumcaster::Item> items = overlay.Items();
 
     overlay.Start();
-    std::atomic<bool> running{true};
-    std::thread other(Change, overlay, std::cref(running));
+    std::future<void> other = std::async(std::launch::async, Change, overlay);
     std::vector<vellumcaster::BYTE> frame(std::size_t{width} * height * 3 / 2);
     for (int n = 0; n < frames; ++n) {
         frame.assign(frame.size(), 96);
         overlay.Mix(frame.data(), frame.size());
     }
-    running = false;
-    other.join();
+    other.get();
     overlay.Stop();
 
     std::printf("%zu items were loaded, %d are left\n", items.size(), static_cast<int>(overlay.Count()));

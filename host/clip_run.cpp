@@ -114,6 +114,8 @@ private:
 
     void Add(const Caption& caption) { AddCaption(m_Filter.Engine(), caption); }
 
+    void Add(const SavedStack& stack) { AddSavedStack(m_Filter.Engine(), stack); }
+
     void Add(const Panel& panel) {
         OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
         if (FAILED(m_Filter.Engine().AddItem(std::move(item), nullptr)))
@@ -150,6 +152,24 @@ private:
 };
 
 } // namespace
+
+void SaveRunStack(const ClipRun& run, const std::string& path) {
+    struct Adder {
+        COverlayEngine& engine;
+
+        void operator()(const Picture& picture) const { static_cast<void>(AddPicture(engine, picture)); }
+        void operator()(const Caption& caption) const { AddCaption(engine, caption); }
+        void operator()(const SavedStack& stack) const { AddSavedStack(engine, stack); }
+        void operator()(const Panel&) const {
+            throw Refusal("--save-stack: a panel is neither a picture nor a text, and cannot be kept");
+        }
+    };
+    CStreamPainter painter;
+    COverlayEngine engine(painter);
+    for (const auto& item : run.items)
+        std::visit(Adder{engine}, item);
+    SaveStack(engine, path);
+}
 
 void RunClip(const ClipRun& run) {
     CByteSource source(run.input);

@@ -13,7 +13,8 @@ namespace vellumcaster {
 class Error : public std::exception {
 public:
     explicit Error(HRESULT hr) : m_hr(hr) {
-        std::snprintf(m_sz, sizeof m_sz, "The overlay answered 0x%08X: %s.", static_cast<unsigned>(hr), Meaning(hr));
+        static_cast<void>(std::snprintf(m_sz, sizeof m_sz, "The overlay answered 0x%08X: %s.",
+                                        static_cast<unsigned>(hr), Meaning(hr)));
     }
 
     [[nodiscard]] HRESULT Code() const noexcept { return m_hr; }

@@ -10,27 +10,39 @@
 
 namespace vellumcaster {
 
-HRESULT CreateFrameMixer(IFrameMixer** ppMixer) noexcept {
-    if (!ppMixer) return E_POINTER;
-    *ppMixer = nullptr;
+namespace {
+
+/// Empties `ppObject`, then lets `make` fill it, unless it cannot run here.
+template <class Interface, class Make>
+HRESULT Create(Interface** ppObject, const Make& make) noexcept {
+    if (!ppObject) return E_POINTER;
+    *ppObject = nullptr;
     if (!ProcessorSuffices()) return E_NOTIMPL;
-    return WithoutExceptions([&]() -> HRESULT {
+    return WithoutExceptions(make);
+}
+
+} // namespace
+
+HRESULT CreateFrameMixer(IFrameMixer** ppMixer) noexcept {
+    return Create(ppMixer, [&]() -> HRESULT {
         *ppMixer = MakeFrameMixer().Detach();
         return S_OK;
     });
 }
 
 HRESULT CreateStreamOnMemory(const void* pContent, std::size_t cb, IStream** ppStream) noexcept {
-    if (!pContent && cb != 0) return E_POINTER;
-    return CreateMemoryStream({static_cast<const BYTE*>(pContent), cb}, ppStream);
+    return Create(ppStream, [&]() -> HRESULT {
+        if (!pContent && cb != 0) return E_POINTER;
+        return CreateMemoryStream({static_cast<const BYTE*>(pContent), cb}, ppStream);
+    });
 }
 
 HRESULT OpenStreamOnFile(const char* pszUtf8File, IStream** ppStream) noexcept {
-    return OpenFileStream(pszUtf8File, ppStream);
+    return Create(ppStream, [&] { return OpenFileStream(pszUtf8File, ppStream); });
 }
 
 HRESULT CreateStreamOnFile(const char* pszUtf8File, IStream** ppStream) noexcept {
-    return CreateFileStream(pszUtf8File, ppStream);
+    return Create(ppStream, [&] { return CreateFileStream(pszUtf8File, ppStream); });
 }
 
 } // namespace vellumcaster

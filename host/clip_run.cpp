@@ -1,5 +1,6 @@
 #include "host/clip_run.h"
 
+#include "engine/stream_painter.h"
 #include "engine/vellumcaster_filter.h"
 #include "host/frame_carrier.h"
 #include "host/graph/frame_sink.h"
@@ -103,6 +104,8 @@ private:
 
     void Add(const Caption& caption) { AddCaption(m_spFilter->Engine(), caption); }
 
+    void Add(const SavedStack& stack) { AddSavedStack(m_spFilter->Engine(), stack); }
+
     void Add(const Panel& panel) {
         OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
         Check(m_spFilter->Engine().AddItem(std::move(item), nullptr), "there is no memory for another panel");
@@ -171,6 +174,24 @@ private:
 };
 
 } // namespace
+
+void SaveRunStack(const ClipRun& run, const std::string& path) {
+    struct Adder {
+        COverlayEngine& engine;
+
+        void operator()(const Picture& picture) const { static_cast<void>(AddPicture(engine, picture)); }
+        void operator()(const Caption& caption) const { AddCaption(engine, caption); }
+        void operator()(const SavedStack& stack) const { AddSavedStack(engine, stack); }
+        void operator()(const Panel&) const {
+            throw Refusal("--save-stack: a panel is neither a picture nor a text, and cannot be kept");
+        }
+    };
+    CStreamPainter painter;
+    COverlayEngine engine(painter);
+    for (const auto& item : run.items)
+        std::visit(Adder{engine}, item);
+    SaveStack(engine, path);
+}
 
 void RunClip(const ClipRun& run) {
     CByteSource source(run.input);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/kernel/new_file.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -7,10 +9,8 @@
 
 namespace vellumcaster {
 
-/// A file that comes to stand under its name whole or not at all. Until `Commit` it has no name (where the file
-/// system knows no such files, one beside the target's), so whatever ends the program, an earlier file of that name
-/// keeps its content; its permissions pass on to the new one. A target that is no regular file (a pipe, a device) and
-/// standard output are written directly.
+/// A program's output: a file that comes to stand under its name whole or not at all, by `Commit`. A target that is no
+/// regular file (a pipe, a device) and standard output are written directly.
 ///
 /// One thread at a time. Every failure is a `Refusal` that names the target.
 class COutputFile {
@@ -31,16 +31,12 @@ public:
     [[nodiscard]] bool IsSameFileAs(int fd) const;
 
 private:
-    void OpenInterim();
-    bool OpenUnnamed();
-    template <class Take>
-    void TakeInterimName(const Take& take);
+    [[nodiscard]] bool IsDirect() const { return m_fdDirect >= 0; }
     [[noreturn]] void Refuse(int error) const;
 
-    std::string m_Name;    ///< for sentences
-    std::string m_Target;  ///< where the file is to stand; empty: it is written directly
-    std::string m_Interim; ///< the name it has until then; empty: none
-    int m_fd = -1;
+    std::string m_Name;  ///< for sentences
+    int m_fdDirect = -1; ///< of a target that is written directly
+    CNewFile m_File;     ///< of any other
 };
 
 } // namespace vellumcaster

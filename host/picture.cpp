@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace vellumcaster {
 
@@ -141,6 +143,13 @@ void TurnBottomUp(Bitmap& bitmap) {
     bitmap.header.biHeight = bitmap.Height();
 }
 
+/// A stack that is used from another folder has to find its pictures.
+std::string NameOf(const Picture& picture) {
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(picture.path, error);
+    return error ? picture.path : absolute.string();
+}
+
 } // namespace
 
 Picture ParsePicture(const std::string& text) {
@@ -167,7 +176,7 @@ Cookie AddPicture(COverlayEngine& engine, const Picture& picture) {
     info.biCompression = bitmap.header.biCompression;
     info.biSizeImage = bitmap.header.biSizeImage;
     CBstr bsName;
-    RefuseFailure(picture, bsName.Assign(std::u16string_view(FromUtf8(picture.path))), addReasons);
+    RefuseFailure(picture, bsName.Assign(std::u16string_view(FromUtf8(NameOf(picture)))), addReasons);
     Cookie cookie = 0;
     RefuseFailure(picture,
                   engine.AddImageFromMemory2(&info, info.biSizeImage, bitmap.Pixels(), bsName.Get(),

@@ -2,9 +2,10 @@
 
 #include "host/clip_run.h"
 #include "host/interruption.h"
+#include "host/plain_text.h"
 #include "host/refusal.h"
+#include "host/stack_table.h"
 
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -36,6 +37,12 @@ constexpr const char* pszPixelsHelp =
     "The pixel format to mix in: I420, YV12, YUY2, UYVY, YVYU, RGB32, RGB24 or ARGB32. Where it is not the clip's own "
     "sampling, each frame is converted and back.";
 
+constexpr const char* pszStackHelp =
+    "The items of a saved stack, on top of those before; a picture whose file is gone is left out. Again for more.";
+
+constexpr const char* pszSaveStackHelp =
+    "Keeps the stack in a file, its pictures by name; with no clip named, that is all. Panels cannot be kept.";
+
 const char* CaptionHelp(ITEM_TYPE eType) {
     switch (eType) {
     case eText: return "A text: the words alone, or FIELDS,text=WORDS with all that follows";
@@ -55,7 +62,13 @@ void AddRepeated(CLI::App& app, const char* pszName, const char* pszHelp, Take t
         ->type_name("TEXT ...");
 }
 
-void Describe(CLI::App& app, ClipRun& run) {
+/// What else the program is asked for.
+struct Wishes {
+    std::optional<std::string> saveStack;
+    std::optional<std::string> showStack;
+};
+
+void Describe(CLI::App& app, ClipRun& run, Wishes& wishes) {
     app.set_version_flag("--version", "vellumcast " VELLUM_VERSION);
     app.add_option("input", run.input, "The clip; - or nothing: standard input");
     app.add_option("output", run.output, "Where it goes; - or nothing: standard output");
@@ -66,6 +79,10 @@ void Describe(CLI::App& app, ClipRun& run) {
     for (const CaptionOption& option : captionOptions)
         AddRepeated(app, option.pszName, CaptionHelp(option.eType),
                     [&run, &option](const std::string& text) { run.items.emplace_back(ParseCaption(option, text)); });
+    AddRepeated(app, "--stack", pszStackHelp,
+                [&run](const std::string& text) { run.items.emplace_back(SavedStack{text}); });
+    app.add_option("--save-stack", wishes.saveStack, pszSaveStackHelp);
+    app.add_option("--show-stack", wishes.showStack, "Prints a saved stack as a table, and does nothing else");
     app.footer(std::string("Fields of a text: ") + pszCaptionFields + ".");
     app.add_option("--pixels", run.pixels, pszPixelsHelp);
     AddRepeated(app, "--snapshot", "N:FILE.png keeps frame N, counted from 0, as a picture",
@@ -73,10 +90,8 @@ void Describe(CLI::App& app, ClipRun& run) {
 }
 
 /// Says the sentence in one line: what it quotes of a clip or a command line may hold anything.
-int Fail(std::string sentence) {
-    std::replace_if(
-        sentence.begin(), sentence.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
-    static_cast<void>(std::fprintf(stderr, "vellumcast: %s\n", sentence.c_str()));
+int Fail(const std::string& sentence) {
+    static_cast<void>(std::fprintf(stderr, "vellumcast: %s\n", PlainText(sentence).c_str()));
     return 1;
 }
 
@@ -90,9 +105,15 @@ int RunVellumcast(int argc, char** argv) {
     CLI::App app(pszDescription, "vellumcast");
     ClipRun run;
     try {
-        Describe(app, run);
+        Wishes wishes;
+        Describe(app, run, wishes);
         app.parse(argc, argv);
-        RunClip(run);
+        if (wishes.showStack) {
+            PrintStack(*wishes.showStack);
+            return 0;
+        }
+        if (wishes.saveStack) SaveRunStack(run, *wishes.saveStack);
+        if (!wishes.saveStack || app.count("input") > 0) RunClip(run);
         return 0;
     } catch (const Interruption& interruption) {
         EndBy(interruption);

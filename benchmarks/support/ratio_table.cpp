@@ -19,6 +19,11 @@ double Quantile(const std::vector<double>& sorted, double part) {
     return sorted[static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1))];
 }
 
+/// The processor's time, unless the benchmark measured by itself.
+double TimeOf(const benchmark::BenchmarkReporter::Run& run) {
+    return run.run_name.time_type.empty() ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime();
+}
+
 } // namespace
 
 bool CRatioTable::ReportContext(const Context& /*context*/) {
@@ -33,7 +38,7 @@ void CRatioTable::ReportRuns(const std::vector<Run>& runs) {
         if (run.error_occurred)
             std::printf("%s: %s\n", name.c_str(), run.error_message.c_str());
         else if (run.run_type == Run::RT_Iteration)
-            m_Times[name].push_back(run.GetAdjustedCPUTime());
+            m_Times[name].push_back(TimeOf(run));
     }
 }
 

@@ -71,7 +71,7 @@ struct IVellumcaster2 : IVellumcaster {
     /// memory that is slow to read. On in a new filter.
     /// \return S_FALSE: it is so already; VFW_E_NOT_STOPPED; VFW_E_NOT_IN_GRAPH, or why the graph could not connect the
     ///         filter anew, and the setting is as before.
-    virtual HRESULT UseExtraBuffer2(BOOL _bUse) = 0;
+    virtual HRESULT UseExtraBuffer2(BOOL _bUse) = 0; // NOLINT(bugprone-virtual-near-miss): a call of its own
     /// \param _pbUse  receives 1 or 0; may be null. \return S_OK: on; S_FALSE: off.
     virtual HRESULT IsUseExtraBuffer2(BOOL* _pbUse) = 0;
 
@@ -120,7 +120,7 @@ struct IVellumcaster2 : IVellumcaster {
     virtual HRESULT RemoveItem2(LONG _nCookie) = 0;
     virtual HRESULT RemoveAllItems() = 0;
     /// \return E_POINTER for null.
-    virtual HRESULT GetItemCount2(LONG* _pnCount) = 0;
+    virtual HRESULT GetItemCount2(LONG* _pnCount) = 0; // NOLINT(bugprone-virtual-near-miss): a call of its own
     /// What stands at a place of the list.
     /// \param _nIndex  from 0, the bottom of the stack.
     /// \return E_POINTER for a null pointer; E_INVALIDARG for a place outside of the list.

@@ -26,6 +26,17 @@ inline constexpr HRESULT E_OUTOFMEMORY = detail::Result(0x8007000E);
 /// A bad argument, or a cookie that is not in the list.
 inline constexpr HRESULT E_INVALIDARG = detail::Result(0x80070057);
 
+// What streams answer.
+
+inline constexpr HRESULT STG_E_INVALIDFUNCTION = detail::Result(0x80030001);
+inline constexpr HRESULT STG_E_ACCESSDENIED = detail::Result(0x80030005);
+inline constexpr HRESULT STG_E_INVALIDPOINTER = detail::Result(0x80030009);
+inline constexpr HRESULT STG_E_MEDIUMFULL = detail::Result(0x80030070);
+/// The stream was ended before.
+inline constexpr HRESULT STG_E_REVERTED = detail::Result(0x80030102);
+
+// What the filters of a graph answer.
+
 /// A sample has a start time and no stop time; a success.
 inline constexpr HRESULT VFW_S_NO_STOP_TIME = detail::Result(0x00040270);
 inline constexpr HRESULT VFW_E_NOT_COMMITTED = detail::Result(0x80040211);

@@ -39,6 +39,11 @@ HRESULT PrepareImage(OverlayItem& item, std::uint32_t dwInput) {
 }
 
 HRESULT PrepareText(const OverlayItem& coverage, std::uint32_t dwFormat, OverlayItem& item) {
+    // Where a layer fails, those behind it must not be mixed with what they were in another format or size.
+    for (const TextLayer& text : textLayers) {
+        text.LayerOf(item).planeAlpha.Clear();
+        text.LayerOf(item).planeWeight.Clear();
+    }
     for (const TextLayer& text : textLayers) {
         const HRESULT hr = PrepareImage2((coverage.*text.layer).blobAlpha, coverage.sizeItem, dwFormat,
                                          text.ColorOf(item), item.props.sAlphaValue, text.LayerOf(item));

@@ -2,9 +2,9 @@
 
 #include "image/overlay_layer.h"
 #include "platform/com/bstr.h"
-#include "platform/com/counted_ptr.h"
 
 #include <vellumcaster/callback.h>
+#include <vellumcaster/counted_ptr.h>
 #include <vellumcaster/item.h>
 #include <vellumcaster/log_font.h>
 

@@ -1,5 +1,6 @@
 #include "engine/overlay_engine.h"
 #include "engine/stack_stream.h"
+#include "image/picture_format.h"
 #include "platform/com/no_exceptions.h"
 
 #include <algorithm>
@@ -9,14 +10,38 @@ namespace vellumcaster {
 
 namespace {
 
-/// Pixels that a text takes at the least, if its font has the height that it asks for: what nobody would draw is a lie.
+/// A stored picture of more pixels than a frame of 8192 by 4096 is taken for a lie.
+constexpr std::int64_t nLargestImage = std::int64_t{1} << 25;
+/// And so is a text of more than 2048 by 2048: each of its pixels is kept in a dozen planes.
+constexpr std::int64_t nLargestText = std::int64_t{1} << 22;
+
+/// Letters that a text is about to show.
+std::int64_t LettersOf(const StoredItem& item) {
+    constexpr std::int64_t cchOfClock = 10; // as in yyyy/MM/dd
+    const auto cch = static_cast<std::int64_t>(item.bsName.View().size());
+    switch (item.eType) {
+    case eText: return std::max(cch, std::int64_t{1});
+    case eDate:
+    case eTime: return std::max(cch, cchOfClock);
+    case eFrameNumber:
+    case eSMPTETimeCode: return cchOfClock; // the name is a label
+    default: return 0;
+    }
+}
+
+/// Pixels that a text takes at the least, if its font has the height that it asks for: a narrow letter is about a fifth
+/// as wide as its line is high.
 std::int64_t LeastPixels(const StoredItem& item) {
-    const std::u16string_view text = item.bsName.View();
     const std::int64_t height = std::abs(std::int64_t{item.logFont.lfHeight});
-    const std::int64_t cLines = 1 + std::count(text.begin(), text.end(), u'\n');
-    // A narrow letter is about a fifth as wide as its line is high.
-    const auto cch = static_cast<std::int64_t>(text.size());
-    return height > nLargestItem ? height : height * height / 5 * std::max(cch, cLines);
+    return height > nLargestSide ? nLargestText + 1 : height * height / 5 * LettersOf(item);
+}
+
+/// Whether a record may cost what it says, before anything is allocated for it.
+bool IsWorthMaking(const StoredItem& item) {
+    if (std::max(item.size.cx, item.size.cy) > nLargestSide) return false;
+    const bool bHasSize = item.size.cx > 0 && item.size.cy > 0;
+    const std::int64_t nLargest = item.eType == eImage ? nLargestImage : nLargestText;
+    return (!bHasSize || std::int64_t{item.size.cx} * item.size.cy <= nLargest) && LeastPixels(item) <= nLargestText;
 }
 
 } // namespace
@@ -53,6 +78,7 @@ HRESULT COverlayEngine::Load(ISequentialStream* pStm) {
 }
 
 void COverlayEngine::AddStored(StoredItem& item) {
+    if (!IsWorthMaking(item)) return;
     switch (item.eType) {
     case eImage: {
         Cookie cookie = 0;
@@ -76,7 +102,6 @@ void COverlayEngine::AddStored(StoredItem& item) {
     case eTime:
     case eFrameNumber:
     case eSMPTETimeCode: {
-        if (LeastPixels(item) > nLargestItem) return;
         OVERLAY_PROPS props = item.props;
         props.bsTextString = item.bsName.Get();
         SIZE size = item.size;

@@ -1,7 +1,6 @@
 #include "engine/stack_stream.h"
 
 #include "engine/props_codec.h"
-#include "image/picture_format.h"
 #include "platform/kernel/little_endian.h"
 
 #include <algorithm>
@@ -68,11 +67,8 @@ HRESULT ReadString(ISequentialStream& stream, CBstr& bs) {
 }
 
 HRESULT ReadSize(ISequentialStream& stream, SIZE& size) {
-    HRESULT hr = ReadNumber(stream, size.cx);
-    if (SUCCEEDED(hr)) hr = ReadNumber(stream, size.cy);
-    if (FAILED(hr)) return hr;
-    const bool bSides = std::min(size.cx, size.cy) >= 0 && std::max(size.cx, size.cy) <= nLargestSide;
-    return bSides && std::int64_t{size.cx} * size.cy <= nLargestItem ? S_OK : E_INVALIDARG;
+    const HRESULT hr = ReadNumber(stream, size.cx);
+    return SUCCEEDED(hr) ? ReadNumber(stream, size.cy) : hr;
 }
 
 HRESULT ReadProps(ISequentialStream& stream, OVERLAY_PROPS& props) {
@@ -94,9 +90,7 @@ HRESULT ReadFont(ISequentialStream& stream, LOGFONT& font) {
     for (const auto byte : fontBytes)
         font.*byte = *p++;
     std::copy_n(p, sizeof font.lfFaceName, font.lfFaceName);
-    const bool bEnds =
-        std::find(std::begin(font.lfFaceName), std::end(font.lfFaceName), '\0') != std::end(font.lfFaceName);
-    return bEnds ? S_OK : E_INVALIDARG;
+    return S_OK;
 }
 
 HRESULT ReadPayload(ISequentialStream& stream, StoredItem& item) {

@@ -20,8 +20,8 @@
 ///
 /// A string is its length in bytes (4), the closing zero with it, and the text in UTF-16; a length of 0 is no string.
 ///
-/// Who reads trusts nothing: what ends too soon, or is what no writer writes, is a failure before anything is allocated
-/// for it.
+/// Who reads trusts nothing: a stream that ends too soon, or a string that no writer writes, is a failure before anything
+/// is allocated for it. What the numbers of a record mean is judged by who makes the item.
 namespace vellumcaster {
 
 /// Streams of later versions count as empty.
@@ -29,8 +29,6 @@ inline constexpr DWORD nStackVersion = 0x02000003;
 
 /// A string of more bytes than this is taken for a lie.
 inline constexpr DWORD cbLongestString = DWORD{1} << 20;
-/// And so is an item of more pixels, which is a frame of 8192 by 4096.
-inline constexpr std::int64_t nLargestItem = std::int64_t{1} << 25;
 
 /// One record.
 struct StoredItem {
@@ -55,8 +53,7 @@ struct StackHeader {
 
 /// Reads one record.
 /// \return S_OK; E_FAIL for a stream that ends too soon, or a string whose length no string has or that has no end;
-///         E_INVALIDARG for a size that no item has, or a font's name that has no end; E_OUTOFMEMORY; what reading failed
-///         with.
+///         E_OUTOFMEMORY; what reading failed with.
 [[nodiscard]] HRESULT ReadItem(ISequentialStream& stream, StoredItem& item);
 
 /// Writes the header and the version.

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "platform/com/counted_ptr.h"
 #include "platform/media/mem_input_pin.h"
+
+#include <vellumcaster/counted_ptr.h>
 
 namespace vellumcaster {
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "platform/com/counted_ptr.h"
 #include "platform/kernel/critical_section.h"
 #include "platform/media/filter_graph.h"
 #include "platform/media/reference_clock.h"
+
+#include <vellumcaster/counted_ptr.h>
 
 #include <array>
 #include <atomic>

@@ -1,8 +1,9 @@
 #include "graph/media_type_list.h"
 
 #include "graph/seh_calls.h"
-#include "platform/com/counted_ptr.h"
 #include "platform/com/task_memory.h"
+
+#include <vellumcaster/counted_ptr.h>
 
 #include <algorithm>
 #include <new>

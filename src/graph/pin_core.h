@@ -3,12 +3,13 @@
 #include "graph/media_type.h"
 #include "graph/media_type_match.h"
 #include "graph/picture_geometry.h"
-#include "platform/com/counted_ptr.h"
 #include "platform/kernel/critical_section.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/graph_results.h"
 #include "platform/media/media_sample.h"
 #include "platform/media/pin.h"
+
+#include <vellumcaster/counted_ptr.h>
 
 #include <array>
 #include <cstdio>

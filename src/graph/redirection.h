@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/com/counted_ptr.h"
 #include "platform/kernel/trace.h"
 
+#include <vellumcaster/counted_ptr.h>
 #include <vellumcaster/results.h>
 
 #include <type_traits>

@@ -2,10 +2,11 @@
 
 #include "graph/format_text.h"
 #include "graph/sample_copier.h"
-#include "platform/com/counted_ptr.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/graph_results.h"
 #include "platform/media/media_sample2.h"
+
+#include <vellumcaster/counted_ptr.h>
 
 #include <cstddef>
 

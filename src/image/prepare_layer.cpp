@@ -16,9 +16,11 @@ namespace {
 const std::uint32_t* Pixels(const CTaskBlob& blob) { return reinterpret_cast<const std::uint32_t*>(blob.Data()); }
 
 HRESULT FillAlphaPlane(const CTaskBlob& blobAlpha, const SIZE& size, std::uint32_t dwFormat, CVirtualBlob& plane) {
-    const HRESULT hr = plane.Resize(PictureBytes(size));
+    HRESULT hr = plane.Resize(PictureBytes(size));
     if (FAILED(hr)) return hr;
-    return CImageHelp::AlphaToWeight(dwFormat, Pixels(blobAlpha), plane.Data(), &size);
+    hr = CImageHelp::AlphaToWeight(dwFormat, Pixels(blobAlpha), plane.Data(), &size);
+    if (FAILED(hr)) plane.Clear(); // or a new alpha would be laid over what it held before
+    return hr;
 }
 
 HRESULT ApplyKey(const CTaskBlob& blobImage, const SIZE& size, const OVERLAY_PROPS& props, CTaskBlob& blobAlpha) {

@@ -309,4 +309,58 @@ TEST_F(Vellumcast, TakesAClipWithoutFrames) {
     EXPECT_EQ(Read("out.y4m"), "YUV4MPEG2 W16 H8\n");
 }
 
+TEST_F(Vellumcast, KeepsAStackAndUsesItAgain) {
+    Write("in.y4m", Clip("F25:1", 2, cb420));
+    const std::string items = "--text 'x=2,y=-4,height=12,dx=1,text=\u65E5' --frame-number 'x=8,height=8' ";
+    ASSERT_EQ(Run(items + "--save-stack stack").status, 0) << "with no clip that is all";
+    ASSERT_EQ(Run(items + "in.y4m direct.y4m").status, 0);
+    ASSERT_EQ(Run("--stack stack in.y4m kept.y4m --save-stack again").status, 0);
+    EXPECT_EQ(Read("kept.y4m"), Read("direct.y4m"));
+    EXPECT_EQ(Read("again"), Read("stack"));
+
+    ASSERT_EQ(Shell("\"$V\" --show-stack stack > table").status, 0);
+    const std::string table = Read("table");
+    EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 3);
+    EXPECT_THAT(table, testing::HasSubstr("\u65E5\n"));
+    EXPECT_THAT(table, testing::HasSubstr("Frame Number\n"));
+}
+
+TEST_F(Vellumcast, FindsThePicturesOfAStackFromAnyFolder) {
+    ASSERT_EQ(Shell("\"${V%/*}/draw_logo\" logo.bmp").status, 0);
+    ASSERT_EQ(Run("--image logo.bmp,w=8,h=8 --text Hello --save-stack stack").status, 0);
+    ASSERT_EQ(Shell("mkdir other && cd other && \"$V\" --stack ../stack --save-stack again").errors, "");
+    EXPECT_EQ(Read("other/again"), Read("stack"));
+    fs::remove(Path("logo.bmp"));
+    const Outcome outcome = Run("--stack stack --save-stack less");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, "vellumcast: stack: \"" + Path("logo.bmp") + "\" cannot be shown and is left out\n");
+    EXPECT_LT(Read("less").size(), Read("stack").size());
+}
+
+TEST_F(Vellumcast, RefusesAStackThatItCannotReadOrKeep) {
+    ASSERT_EQ(Run("--text one --text two --save-stack stack").status, 0);
+    const std::string stack = Read("stack");
+    Write("cut", stack.substr(0, stack.size() - 10));
+    Write("other", "YUV4MPEG2 W16 H8\n");
+    const struct {
+        const char* pszWords;
+        const char* pszError;
+    } cases[] = {
+        {"--stack none --save-stack x", "cannot read none: there is no such file or folder"},
+        {"--stack cut --save-stack x", "cannot read cut: it is cut off, or holds what no stack does"},
+        {"--show-stack other", "cannot read other: it is cut off, or holds what no stack does"},
+        {"--panel 0,0,2,2,#000000 --save-stack x",
+         "--save-stack: a panel is neither a picture nor a text, and cannot be kept"},
+        {"--text one --save-stack no/folder/x", "cannot write no/folder/x: there is no such file or folder"},
+    };
+    for (const auto& c : cases) {
+        const Outcome outcome = Run(c.pszWords);
+        EXPECT_EQ(outcome.status, 1) << c.pszWords;
+        EXPECT_EQ(outcome.errors, std::string("vellumcast: ") + c.pszError + "\n");
+    }
+    EXPECT_FALSE(fs::exists(Path("x")));
+    EXPECT_EQ(Shell("\"$V\" --show-stack cut > table").status, 1);
+    EXPECT_THAT(Read("table"), testing::HasSubstr("one\n")) << "what could be read";
+}
+
 } // namespace

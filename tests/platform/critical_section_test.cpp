@@ -36,6 +36,7 @@ TEST(CriticalSection, LetsOneThreadInAtATime) {
     CCriticalSection cs;
     int nCount = 0; // not atomic
     std::vector<std::thread> threads;
+    threads.reserve(nThreads);
     for (int i = 0; i < nThreads; ++i)
         threads.emplace_back([&, i] {
             for (int turn = 0; turn < nTurns; ++turn) {
@@ -55,6 +56,7 @@ TEST(CriticalSection, ServesThreadsInTheOrderInWhichTheyCame) {
     CCriticalSection cs;
     std::vector<int> served; // guarded by the lock
     std::vector<std::thread> threads;
+    threads.reserve(nThreads);
     cs.Enter();
     for (int i = 0; i < nThreads; ++i) {
         threads.emplace_back([&, i] {

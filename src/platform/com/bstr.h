@@ -1,5 +1,6 @@
 #pragma once
 
+#include <vellumcaster/bstr.h>
 #include <vellumcaster/results.h>
 #include <vellumcaster/types.h>
 
@@ -7,19 +8,6 @@
 #include <utility>
 
 namespace vellumcaster {
-
-/// Copies `cch` code units into a new string; zeros inside are kept. A null `pch` leaves the content undefined.
-/// \return null when there is no memory or the string would not fit its 32-bit byte length.
-[[nodiscard]] BSTR SysAllocStringLen(const OLECHAR* pch, DWORD cch);
-
-/// Copies a zero-ended string. \return null for null and when there is no memory.
-[[nodiscard]] BSTR SysAllocString(const OLECHAR* psz);
-
-/// Frees a string; null is allowed.
-void SysFreeString(BSTR bs);
-
-/// Length in code units; 0 for null.
-[[nodiscard]] DWORD SysStringLen(BSTR bs);
 
 /// Owns one BSTR. Null and the empty string are different values here, as an item without a name differs from
 /// one whose name is empty.

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/com/counted_ptr.h"
-
+#include <vellumcaster/counted_ptr.h>
 #include <vellumcaster/results.h>
 #include <vellumcaster/unknown.h>
 

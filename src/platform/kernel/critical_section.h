@@ -54,6 +54,8 @@ private:
     }
 
     void Wait(std::uint32_t nTicket);
+    /// \return whether the turn came within the time for which it is worth while to stay awake.
+    [[nodiscard]] bool Spin(std::uint32_t nTicket);
     void Wake(std::uint32_t nTicket);
 
     std::atomic<std::uint32_t> m_nTickets = 0; ///< given out

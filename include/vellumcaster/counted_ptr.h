@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vellumcaster/types.h>
+
 #include <utility>
 
 namespace vellumcaster {
@@ -40,6 +42,16 @@ public:
     [[nodiscard]] Interface** Put() {
         Reset();
         return &m_p;
+    }
+
+    /// Asks the object for another of its interfaces.
+    /// \return S_OK; E_NOINTERFACE, with `other` empty. There must be an object.
+    template <class Other>
+    [[nodiscard]] HRESULT QueryInterface(CComPtr<Other>& other) const {
+        void* p = nullptr;
+        const HRESULT hr = m_p->QueryInterface(Other::IID, &p);
+        other.Attach(static_cast<Other*>(p));
+        return hr;
     }
 
     [[nodiscard]] Interface* Get() const { return m_p; }

@@ -1,0 +1,279 @@
+#include "engine/props_codec.h"
+#include "engine/stack_stream.h"
+#include "image/picture_persist.h"
+#include "platform/com/memory_stream.h"
+#include "platform/kernel/little_endian.h"
+#include "support/mixer_control.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <limits>
+#include <vector>
+
+namespace vellumcaster {
+namespace {
+
+using namespace testing_support;
+using Bytes = std::vector<BYTE>;
+
+/// Puts a stream together field by field, as the tables of the format have it.
+class CStreamBytes {
+public:
+    CStreamBytes& U32(DWORD value) {
+        std::array<BYTE, 4> bytes{};
+        StoreLittleEndian(bytes.data(), value);
+        return Raw(bytes);
+    }
+    CStreamBytes& String(std::u16string_view text) {
+        U32(static_cast<DWORD>(2 * text.size() + 2));
+        for (const char16_t c : text)
+            m_Bytes.insert(m_Bytes.end(), {static_cast<BYTE>(c), static_cast<BYTE>(c >> 8)});
+        m_Bytes.insert(m_Bytes.end(), {0, 0});
+        return *this;
+    }
+    CStreamBytes& Header(DWORD nVersion, DWORD cItems) {
+        return String(u"Quillbrook Sceneglaze Data").U32(nVersion).U32(cItems);
+    }
+    CStreamBytes& Props(const OVERLAY_PROPS& props) { return Raw(EncodeProps(props)); }
+    /// Five numbers, eight bytes, a name of 32.
+    CStreamBytes& Font(LONG nHeight, std::string_view face) {
+        U32(static_cast<DWORD>(nHeight)).U32(0).U32(0).U32(0).U32(400).U32(0x01000000).U32(0x00000000);
+        std::array<BYTE, 32> name{};
+        std::copy(face.begin(), face.end(), name.begin());
+        return Raw(name);
+    }
+    CStreamBytes& Raw(std::span<const BYTE> bytes) {
+        m_Bytes.insert(m_Bytes.end(), bytes.begin(), bytes.end());
+        return *this;
+    }
+    [[nodiscard]] const Bytes& Get() const { return m_Bytes; }
+
+private:
+    Bytes m_Bytes;
+};
+
+OVERLAY_PROPS ShownAt(LONG nPosX) {
+    OVERLAY_PROPS props;
+    props.bShow = 1;
+    props.nPosX = nPosX;
+    props.sAlphaValue = 200;
+    props.nColorKeyMin = props.nColorKeyMax = -1;
+    return props;
+}
+
+class Persistence : public testing::Test, protected MixerControl {
+protected:
+    Persistence() { EXPECT_EQ(CPicturePersist::SaveToFile(m_File.string().c_str(), &m_Info, m_Pixels.data()), S_OK); }
+    ~Persistence() override { std::filesystem::remove(m_File); }
+
+    static CComPtr<IStream> StreamOf(const Bytes& bytes) {
+        CComPtr<IStream> sp;
+        EXPECT_EQ(CreateMemoryStream(bytes, sp.Put()), S_OK);
+        return sp;
+    }
+
+    static Bytes Saved(const MixerControl& control) {
+        const CComPtr<IStream> sp = StreamOf({});
+        EXPECT_EQ(control.spPersist->Save(sp.Get(), 1), S_OK);
+        EXPECT_EQ(sp->Seek(0, STREAM_SEEK_SET, nullptr), S_OK);
+        STATSTG stat;
+        EXPECT_EQ(sp->Stat(&stat, 1), S_OK);
+        Bytes bytes(stat.cbSize);
+        ULONG cbRead = 0;
+        EXPECT_EQ(sp->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &cbRead), S_OK);
+        EXPECT_EQ(cbRead, bytes.size());
+        return bytes;
+    }
+
+    HRESULT Load(const Bytes& bytes) const { return spPersist->Load(StreamOf(bytes).Get()); }
+
+    [[nodiscard]] std::vector<std::u16string> Names() const {
+        std::vector<std::u16string> names;
+        LONG cookie = 0;
+        BSTR bsName = nullptr;
+        ITEM_TYPE eType = eText;
+        for (LONG i = 0; spControl->GetItemInfo2(i, &cookie, &bsName, &eType) == S_OK; ++i)
+            names.push_back(TakeName(bsName));
+        return names;
+    }
+
+    /// A picture from the file and a text of each kind.
+    void AddOneOfEach() const {
+        LONG cookie = 0;
+        ASSERT_EQ(spControl->AddImage2(Text(m_File.u16string()).Get(), -1, 0, nullptr, &cookie), S_OK);
+        ASSERT_EQ(spControl->ShowItem2(cookie, 1), S_OK);
+        for (const ITEM_TYPE eType : {eText, eDate, eTime, eFrameNumber, eSMPTETimeCode})
+            ASSERT_EQ(spControl->SetItemMovement(AddText(eType, u"HH \u65E5"), 0.5, -3, 1), S_OK);
+    }
+
+    const std::filesystem::path m_File =
+        std::filesystem::path(testing::TempDir()) / ("persist_" + std::to_string(getpid()) + ".bmp");
+    const BITMAPINFOHEADER m_Info{40, 4, 2, 1, 24, BI_RGB, 24, 0, 0, 0, 0};
+    const Bytes m_Pixels = Bytes(24, 7);
+};
+
+TEST_F(Persistence, GivesTheSameBytesAfterALoad) {
+    AddOneOfEach();
+    const Bytes first = Saved(*this);
+    const MixerControl other;
+    ASSERT_EQ(other.spPersist->Load(StreamOf(first).Get()), S_OK);
+    EXPECT_EQ(Saved(other), first);
+    LONG nCount = 0;
+    ASSERT_EQ(other.spControl->GetItemCount2(&nCount), S_OK);
+    EXPECT_EQ(nCount, 6);
+}
+
+TEST_F(Persistence, WritesAnEmptyStackAsItsHeader) {
+    EXPECT_EQ(Saved(*this), CStreamBytes().Header(0x02000003, 0).Get());
+    EXPECT_EQ(Load(Saved(*this)), S_OK);
+    std::uint64_t cb = 0;
+    EXPECT_EQ(spPersist->GetSizeMax(&cb), S_OK);
+    EXPECT_EQ(cb, 1024u);
+    EXPECT_EQ(spPersist->GetSizeMax(nullptr), E_POINTER);
+    EXPECT_EQ(spPersist->Load(nullptr), E_INVALIDARG);
+    EXPECT_EQ(spPersist->Save(nullptr, 1), E_INVALIDARG);
+}
+
+TEST_F(Persistence, ReadsAStreamMadeByHand) {
+    CStreamBytes bytes;
+    bytes.Header(0x02000002, 5); // an earlier version reads the same
+    bytes.U32(eText).Props(ShownAt(11)).U32(50).U32(20).Font(24, "Sans").U32(0x11).String(u"by hand");
+    bytes.U32(eRect).Props(ShownAt(12)).U32(4).U32(4).U32(1).U32(1).String(u"never made");
+    bytes.U32(7).Props(ShownAt(13));
+    bytes.U32(eImage).Props(ShownAt(14)).U32(8).U32(6).String(m_File.u16string());
+    bytes.U32(eFrameNumber).Props(ShownAt(15)).U32(0).U32(0).Font(0, "").U32(4).U32(0);
+    AddText(eText, u"before");
+    ASSERT_EQ(Load(bytes.Get()), S_OK);
+    EXPECT_EQ(Names(), (std::vector<std::u16string>{u"before", u"by hand", m_File.u16string(), u"Frame Number"}))
+        << "on top of what is there, in their order";
+    EXPECT_EQ(spPersist->IsDirty(), S_FALSE);
+
+    LONG cookie = 0;
+    BSTR bsName = nullptr;
+    ITEM_TYPE eType = eText;
+    ASSERT_EQ(spControl->GetItemInfo2(1, &cookie, &bsName, &eType), S_OK);
+    TakeName(bsName);
+    LOGFONT font;
+    LONG nFormat = 0;
+    ASSERT_EQ(spItem->GetItemTextFormat(cookie, &font, &nFormat, nullptr), S_OK);
+    EXPECT_STREQ(font.lfFaceName, "Sans");
+    EXPECT_EQ(font.lfHeight, 24);
+    EXPECT_EQ(font.lfWeight, 400);
+    EXPECT_EQ(font.lfCharSet, 1);
+    EXPECT_EQ(nFormat, 0x11);
+    EXPECT_EQ(PropsOf(cookie).nPosX, 11);
+    EXPECT_GE(SizeOf(cookie).cx, 50) << "the stored size is the least";
+
+    ASSERT_EQ(spControl->GetItemInfo2(2, &cookie, &bsName, &eType), S_OK);
+    TakeName(bsName);
+    EXPECT_EQ(SizeOf(cookie), (SIZE{8, 6}));
+    EXPECT_EQ(PropsOf(cookie).sAlphaValue, 200) << "the whole record counts";
+    EXPECT_EQ(PropsOf(cookie).nPosX, 14);
+}
+
+TEST_F(Persistence, PassesOverWhatCannotBeMade) {
+    CStreamBytes bytes;
+    bytes.Header(0x02000003, 6);
+    bytes.U32(eText).Props(ShownAt(1)).U32(32768).U32(1).Font(12, "Sans").U32(4).String(u"as wide as a street");
+    bytes.U32(eText).Props(ShownAt(1)).U32(16384).U32(16384).Font(12, "Sans").U32(4).String(u"as large as a field");
+    bytes.U32(eImage).Props(ShownAt(1)).U32(0).U32(0).String(u"/nowhere/there is no.bmp");
+    bytes.U32(eImage).Props(ShownAt(1)).U32(0).U32(0).U32(0);
+    bytes.U32(eText).Props(ShownAt(1)).U32(0).U32(0).Font(30000, "Sans").U32(4).String(u"as high as a house");
+    bytes.U32(eText).Props(ShownAt(1)).U32(0).U32(0).Font(12, "Sans").U32(4).String(u"still there");
+    ASSERT_EQ(Load(bytes.Get()), S_OK);
+    EXPECT_EQ(Names(), std::vector<std::u16string>{u"still there"});
+}
+
+TEST_F(Persistence, RefusesWhatNoWriterWrites) {
+    const auto text = [] {
+        CStreamBytes bytes;
+        bytes.Header(0x02000003, 1).U32(eText).Props(ShownAt(1)).U32(0).U32(0).Font(12, "").U32(4);
+        return bytes;
+    };
+    const struct {
+        const char* pszName;
+        Bytes bytes;
+        HRESULT hr;
+    } cases[] = {
+        {"another writer", CStreamBytes().String(u"Somebody's Data").U32(0x02000003).U32(0).Get(), E_INVALIDARG},
+        {"in another case", CStreamBytes().String(u"quillbrook sceneglaze data").U32(0).U32(0).Get(), E_INVALIDARG},
+        {"no header", CStreamBytes().U32(0).U32(0x02000003).U32(0).Get(), E_INVALIDARG},
+        {"header of an odd length", CStreamBytes().U32(53).Raw(Bytes(60)).Get(), E_FAIL},
+        {"header of a gigabyte", CStreamBytes().U32(0x40000000).Raw(Bytes(60)).Get(), E_FAIL},
+        {"count that is not kept", CStreamBytes().Header(0x02000003, 0xFFFFFFFF).Get(), E_FAIL},
+        {"string without end", text().U32(4).U32(0x00780078).Get(), E_FAIL},
+        {"string of one byte", text().U32(1).U32(0).Get(), E_FAIL},
+        {"string of two megabytes", text().U32(0x200000).Get(), E_FAIL},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Load(c.bytes), c.hr) << c.pszName;
+        EXPECT_TRUE(Names().empty()) << c.pszName;
+    }
+}
+
+TEST_F(Persistence, ReadsBackWhateverItKept) {
+    // What was never drawn may ask for anything.
+    LOGFONT font;
+    std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), 'x');
+    SIZE size{-7, 12};
+    OVERLAY_PROPS props = ShownAt(3);
+    props.dblOutlineWidth = -std::numeric_limits<double>::infinity();
+    ASSERT_EQ(spControl->AddOutlinedText(eFrameNumber, &font, -1, &props, &size, nullptr), S_OK);
+    const Bytes kept = Saved(*this);
+    const MixerControl other;
+    ASSERT_EQ(other.spPersist->Load(StreamOf(kept).Get()), S_OK);
+    EXPECT_EQ(Saved(other), kept);
+}
+
+TEST_F(Persistence, CountsALaterVersionAsEmpty) {
+    spControl->SetItemPos2(AddText(), 1, 1);
+    ASSERT_EQ(spPersist->IsDirty(), S_OK);
+    EXPECT_EQ(Load(CStreamBytes().String(u"Quillbrook Sceneglaze Data").U32(0x02000004).Get()), S_OK);
+    EXPECT_EQ(Names().size(), 1u);
+    EXPECT_EQ(spPersist->IsDirty(), S_FALSE);
+}
+
+TEST_F(Persistence, EndsWithAFailureWhereverTheStreamIsCut) {
+    AddOneOfEach();
+    const Bytes whole = Saved(*this);
+    for (std::size_t cb = 0; cb < whole.size(); ++cb) {
+        const MixerControl other;
+        ASSERT_EQ(other.spPersist->Load(StreamOf(Bytes(whole.begin(), whole.begin() + std::ptrdiff_t(cb))).Get()),
+                  E_FAIL)
+            << cb;
+    }
+}
+
+TEST_F(Persistence, KeepsItsMarkUntilAllIsWritten) {
+    AddOneOfEach();
+    const CComPtr<IStream> sp = StreamOf({});
+    EXPECT_EQ(spPersist->Save(sp.Get(), 0), S_OK);
+    EXPECT_EQ(spPersist->IsDirty(), S_OK) << "not asked to clear it";
+
+    /// Takes so many writes and no more.
+    class CFullStream final : public CUnknownImpl<ISequentialStream> {
+    public:
+        explicit CFullStream(int nTaken, bool bFails) : m_nTaken(nTaken), m_bFails(bFails) {}
+        HRESULT Read(void*, ULONG, ULONG*) override { return E_NOTIMPL; }
+        HRESULT Write(const void*, ULONG cb, ULONG* pcbWritten) override {
+            *pcbWritten = --m_nTaken < 0 ? cb - 1 : cb;
+            return m_nTaken < 0 && m_bFails ? STG_E_MEDIUMFULL : S_OK;
+        }
+
+    private:
+        int m_nTaken;
+        bool m_bFails;
+    };
+    COverlayEngine& engine = static_cast<CCoFrameMixer*>(spMixer.Get())->Engine();
+    for (const int nTaken : {0, 1, 2, 7}) {
+        EXPECT_EQ(engine.Save(MakeCounted<CFullStream>(nTaken, true).Get(), true), STG_E_MEDIUMFULL);
+        EXPECT_EQ(engine.Save(MakeCounted<CFullStream>(nTaken, false).Get(), true), E_FAIL) << "less than it was given";
+    }
+    EXPECT_EQ(spPersist->IsDirty(), S_OK);
+    EXPECT_EQ(spPersist->Save(sp.Get(), 1), S_OK);
+    EXPECT_EQ(spPersist->IsDirty(), S_FALSE);
+}
+
+} // namespace
+} // namespace vellumcaster

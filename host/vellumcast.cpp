@@ -81,6 +81,8 @@ void Describe(CLI::App& app, ClipRun& run, Wishes& wishes) {
                     [&run, &option](const std::string& text) { run.items.emplace_back(ParseCaption(option, text)); });
     AddRepeated(app, "--stack", pszStackHelp,
                 [&run](const std::string& text) { run.items.emplace_back(SavedStack{text}); });
+    app.add_flag("--graph", run.bShowGraph,
+                 "Says on standard error how the filters were connected, and whose memory the frames were in");
     app.add_option("--save-stack", wishes.saveStack, pszSaveStackHelp);
     app.add_option("--show-stack", wishes.showStack, "Prints a saved stack as a table, and does nothing else");
     app.footer(std::string("Fields of a text: ") + pszCaptionFields + ".");

@@ -213,18 +213,6 @@ constexpr Load loads[] = {
     {"Load_1000_texts", &CScene::LoadStack, 2},
 };
 
-/// Registers what measures seconds by itself, once a repetition.
-template <class Measure>
-void AddMeasured(const std::string& row, const char* pszWho, Measure measure) {
-    benchmark::RegisterBenchmark((row + '/' + pszWho).c_str(),
-                                 [measure](benchmark::State& state) {
-                                     for ([[maybe_unused]] auto _ : state)
-                                         state.SetIterationTime(measure());
-                                 })
-        ->UseManualTime()
-        ->Iterations(1);
-}
-
 /// The worst frame under a load, against the worst without. A processor that is busy elsewhere is slower by itself, so
 /// the frames without it have the same calls beside them, on a stack that nobody draws.
 void AddLoad(const Load& load, std::vector<RatioLine>& lines) {

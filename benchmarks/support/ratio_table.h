@@ -43,6 +43,18 @@ benchmark::internal::Benchmark* AddBenchmark(const std::string& row, const char*
     });
 }
 
+/// Registers what measures seconds by itself, once a repetition.
+template <class Measure>
+void AddMeasured(const std::string& row, const char* pszWho, Measure measure) {
+    benchmark::RegisterBenchmark((row + '/' + pszWho).c_str(),
+                                 [measure](benchmark::State& state) {
+                                     for ([[maybe_unused]] auto _ : state)
+                                         state.SetIterationTime(measure());
+                                 })
+        ->UseManualTime()
+        ->Iterations(1);
+}
+
 /// Runs what is registered, repeated and in mixed order, so that a disturbance strikes all of them alike, and
 /// prints the table. Flags of the benchmark library on the command line come before the defaults.
 /// \return the program's exit code; a goal that is missed is no failure.

@@ -164,6 +164,14 @@ Picture ParsePicture(const std::string& text) {
 }
 
 Cookie AddPicture(COverlayEngine& engine, const Picture& picture) {
+    OVERLAY_PROPS props;
+    props.nColorKeyMin = picture.nColorKeyMin;
+    props.nColorKeyMax = picture.nColorKeyMax;
+    picture.placement.ApplyTo(props);
+    return AddPicture(engine, picture, props);
+}
+
+Cookie AddPicture(COverlayEngine& engine, const Picture& picture, const OVERLAY_PROPS& props) {
     Bitmap bitmap = Load(picture);
     ShowWhereNothingWouldShow(bitmap);
     SIZE size = WantedSize(picture, bitmap);
@@ -182,11 +190,6 @@ Cookie AddPicture(COverlayEngine& engine, const Picture& picture) {
                   engine.AddImageFromMemory2(&info, info.biSizeImage, bitmap.Pixels(), bsName.Get(),
                                              picture.nColorKeyMin, picture.nColorKeyMax, &size, &cookie),
                   addReasons);
-
-    OVERLAY_PROPS props;
-    RefuseFailure(picture, engine.GetItemProps(cookie, &props), addReasons);
-    SysFreeString(std::exchange(props.bsTextString, nullptr));
-    picture.placement.ApplyTo(props);
     RefuseFailure(picture, engine.SetItemProps(cookie, &props, 0), addReasons);
     return cookie;
 }

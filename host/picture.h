@@ -25,4 +25,7 @@ struct Picture {
 /// \return the item's cookie.
 Cookie AddPicture(COverlayEngine& engine, const Picture& picture);
 
+/// The same with properties of its own in place of the picture's placement. \param props  with no string.
+Cookie AddPicture(COverlayEngine& engine, const Picture& picture, const OVERLAY_PROPS& props);
+
 } // namespace vellumcaster

@@ -1,11 +1,13 @@
 #include "host/saved_stack.h"
 
+#include "host/picture.h"
 #include "host/plain_text.h"
 #include "host/refusal.h"
 #include "platform/com/file_stream.h"
 
 #include <array>
 #include <cstdio>
+#include <utility>
 #include <vector>
 
 namespace vellumcaster {
@@ -43,29 +45,25 @@ CComPtr<IStream> Open(const std::string& path) {
     return spStream;
 }
 
-struct ListedItem {
-    ITEM_TYPE eType;
-    std::u16string name;
-
-    friend bool operator==(const ListedItem&, const ListedItem&) = default;
-};
-
-/// What stands on an engine's stack from a place on.
-std::vector<ListedItem> ItemsFrom(COverlayEngine& engine, LONG nPlace) {
-    std::vector<ListedItem> items;
-    Cookie cookie = 0;
-    BSTR bsName = nullptr;
-    ITEM_TYPE eType = eText;
-    for (; engine.GetItemInfo2(nPlace, &cookie, &bsName, &eType) == S_OK; ++nPlace) {
-        items.push_back({eType, std::u16string(CBstr::View(bsName))});
-        SysFreeString(bsName);
+/// Pictures are treated as those of the command line, so that whatever was kept comes back the same.
+bool AddStoredPicture(COverlayEngine& engine, const StoredItem& item) {
+    if (!IsWorthMaking(item)) return false;
+    Picture picture;
+    picture.path = picture.text = ToUtf8(item.bsName.View());
+    picture.size = item.size;
+    picture.nColorKeyMin = item.props.nColorKeyMin;
+    picture.nColorKeyMax = item.props.nColorKeyMax;
+    try {
+        AddPicture(engine, picture, item.props);
+        return true;
+    } catch (const Refusal&) {
+        return false;
     }
-    return items;
 }
 
 } // namespace
 
-void ReadStack(const std::string& path, const std::function<void(const StoredItem&)>& take) {
+void ReadStack(const std::string& path, const std::function<void(StoredItem&)>& take) {
     const CComPtr<IStream> spStream = Open(path);
     StackHeader header;
     RefuseFailure(ReadHeader(*spStream, header), "read", path);
@@ -78,23 +76,13 @@ void ReadStack(const std::string& path, const std::function<void(const StoredIte
 }
 
 void AddSavedStack(COverlayEngine& engine, const SavedStack& stack) {
-    std::vector<ListedItem> stored;
-    ReadStack(stack.path, [&stored](const StoredItem& item) {
-        stored.push_back({item.eType, std::u16string(item.bsName.View())});
-    });
-    LONG nBefore = 0;
-    engine.GetItemCount2(&nBefore);
-    RefuseFailure(engine.Load(Open(stack.path).Get()), "read", stack.path);
-
-    const std::vector<ListedItem> made = ItemsFrom(engine, nBefore);
-    auto next = made.begin();
-    for (const ListedItem& item : stored) {
-        const bool bMade = next != made.end() && (*next == item || (next->eType == item.eType && item.name.empty()));
-        if (bMade)
-            ++next;
-        else
+    std::vector<StoredItem> stored;
+    ReadStack(stack.path, [&stored](StoredItem& item) { stored.push_back(std::move(item)); });
+    for (StoredItem& item : stored) {
+        const bool bMade = item.eType == eImage ? AddStoredPicture(engine, item) : engine.AddStored(item);
+        if (!bMade)
             static_cast<void>(std::fprintf(stderr, "vellumcast: %s: \"%s\" cannot be shown and is left out\n",
-                                           stack.path.c_str(), PlainText(item.name).c_str()));
+                                           stack.path.c_str(), PlainText(item.bsName.View()).c_str()));
     }
 }
 

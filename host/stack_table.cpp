@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
+#include <string_view>
 #include <vector>
 
 namespace vellumcaster {
@@ -43,8 +45,10 @@ std::string OutlineText(const OVERLAY_PROPS& props) {
 }
 
 std::string FontText(const StoredItem& item) {
-    const char* pszFace = item.logFont.lfFaceName[0] ? item.logFont.lfFaceName : "default";
-    return PlainText(ToUtf8(FromUtf8(pszFace))) + Format(" %d", item.logFont.lfHeight);
+    const char* pszFace = item.logFont.lfFaceName;
+    const std::string_view face(pszFace,
+                                strnlen(pszFace, sizeof item.logFont.lfFaceName)); // of a file, perhaps endless
+    return PlainText(face.empty() ? "default" : ToUtf8(FromUtf8(face))) + Format(" %d", item.logFont.lfHeight);
 }
 
 Row RowOf(std::size_t nPlace, const StoredItem& item) {

@@ -9,8 +9,10 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <string>
+#include <system_error>
 
 #include <CLI/CLI.hpp>
 
@@ -91,6 +93,14 @@ void Describe(CLI::App& app, ClipRun& run, Wishes& wishes) {
                 [&run](const std::string& text) { run.snapshots.push_back(ParseSnapshot(text)); });
 }
 
+/// A stack that takes the place of a clip would cost it.
+void RefusePlaceOf(const std::string& clip, const std::string& stack) {
+    std::error_code error;
+    const auto place = [&error](const std::string& path) { return std::filesystem::weakly_canonical(path, error); };
+    if (clip != "-" && place(clip) == place(stack))
+        throw Refusal("--save-stack: the stack would overwrite the clip " + clip);
+}
+
 /// Says the sentence in one line: what it quotes of a clip or a command line may hold anything.
 int Fail(const std::string& sentence) {
     static_cast<void>(std::fprintf(stderr, "vellumcast: %s\n", PlainText(sentence).c_str()));
@@ -114,7 +124,11 @@ int RunVellumcast(int argc, char** argv) {
             PrintStack(*wishes.showStack);
             return 0;
         }
-        if (wishes.saveStack) SaveRunStack(run, *wishes.saveStack);
+        if (wishes.saveStack) {
+            for (const std::string& clip : {run.input, run.output})
+                RefusePlaceOf(clip, *wishes.saveStack);
+            SaveRunStack(run, *wishes.saveStack);
+        }
         if (!wishes.saveStack || app.count("input") > 0) RunClip(run);
         return 0;
     } catch (const Interruption& interruption) {

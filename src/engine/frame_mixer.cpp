@@ -66,6 +66,12 @@ HRESULT CCoFrameMixer::MixFrame(BYTE* pFrame, std::uint64_t cbFrame, const LONGL
     });
 }
 
+HRESULT CCoFrameMixer::Load(IStream* pStm) {
+    const HRESULT hr = IPersistStreamImpl::Load(pStm);
+    m_Engine.PrepareItems();
+    return hr;
+}
+
 HRESULT CCoFrameMixer::ReconnectInFormat(std::uint32_t dwFormat) {
     CAutoLock lock(m_Engine.ItemLock());
     if (!HasFormat()) return S_FALSE;

@@ -28,6 +28,9 @@ public:
     HRESULT MixFrame(BYTE* pFrame, std::uint64_t cbFrame, const LONGLONG* pllStart, const LONGLONG* pllEnd,
                      const REFERENCE_TIME* prtStart, const REFERENCE_TIME* prtEnd) override;
 
+    /// What was loaded is prepared once more: a picture's alpha was not known yet when it was made.
+    HRESULT Load(IStream* pStm) override;
+
     [[nodiscard]] COverlayEngine& Engine() { return m_Engine; }
     [[nodiscard]] CStreamDemands& Demands() { return *this; }
 

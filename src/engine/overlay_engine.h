@@ -80,6 +80,9 @@ public:
 
     HRESULT Load(ISequentialStream* pStm);
     HRESULT Save(ISequentialStream* pStm, bool bClearDirty);
+    /// Adds an item as a stream has it.
+    /// \return whether it could be made; one that cannot is passed over by `Load`.
+    bool AddStored(StoredItem& item);
     /// Whether there are changes that no stream holds.
     [[nodiscard]] bool IsDirty() const { return m_bDirty; }
     /// For what is kept beside the items.
@@ -116,9 +119,6 @@ private:
     /// Puts an item that was prepared without the item lock on top of the stack.
     /// \param nPreparation  `m_nPreparation` from before the item was prepared.
     HRESULT AddPrepared(OverlayItem&& item, unsigned nPreparation, Cookie* pnCookie);
-
-    /// Adds an item as a stream has it; one that cannot be made is passed over.
-    void AddStored(StoredItem& item);
 
     HRESULT ApplyProps(OverlayItem& item, const OVERLAY_PROPS& props);
     HRESULT ApplyText(OverlayItem& item, const OVERLAY_PROPS& before, BSTR bsText);

@@ -14,6 +14,7 @@ namespace {
 constexpr std::int64_t nLargestImage = std::int64_t{1} << 25;
 /// And so is a text of more than 2048 by 2048: each of its pixels is kept in a dozen planes.
 constexpr std::int64_t nLargestText = std::int64_t{1} << 22;
+constexpr double widestOutline = 2048; ///< of a stored text, pixels
 
 /// Letters that a text is about to show.
 std::int64_t LettersOf(const StoredItem& item) {
@@ -36,15 +37,15 @@ std::int64_t LeastPixels(const StoredItem& item) {
     return height > nLargestSide ? nLargestText + 1 : height * height / 5 * LettersOf(item);
 }
 
-/// Whether a record may cost what it says, before anything is allocated for it.
+} // namespace
+
 bool IsWorthMaking(const StoredItem& item) {
     if (std::max(item.size.cx, item.size.cy) > nLargestSide) return false;
+    if (item.eType != eImage && std::abs(item.props.dblOutlineWidth) > widestOutline) return false;
     const bool bHasSize = item.size.cx > 0 && item.size.cy > 0;
     const std::int64_t nLargest = item.eType == eImage ? nLargestImage : nLargestText;
     return (!bHasSize || std::int64_t{item.size.cx} * item.size.cy <= nLargest) && LeastPixels(item) <= nLargestText;
 }
-
-} // namespace
 
 HRESULT COverlayEngine::Save(ISequentialStream* pStm, bool bClearDirty) {
     if (!pStm) return E_INVALIDARG;
@@ -69,7 +70,7 @@ HRESULT COverlayEngine::Load(ISequentialStream* pStm) {
         StoredItem item;
         for (DWORD i = 0; i < header.cItems && SUCCEEDED(hr); ++i) {
             hr = ReadItem(*pStm, item);
-            if (SUCCEEDED(hr)) AddStored(item);
+            if (SUCCEEDED(hr)) static_cast<void>(AddStored(item));
         }
         if (FAILED(hr)) return hr;
         m_bDirty = false;
@@ -77,25 +78,23 @@ HRESULT COverlayEngine::Load(ISequentialStream* pStm) {
     });
 }
 
-void COverlayEngine::AddStored(StoredItem& item) {
-    if (!IsWorthMaking(item)) return;
+bool COverlayEngine::AddStored(StoredItem& item) {
+    if (!IsWorthMaking(item)) return false;
     switch (item.eType) {
     case eImage: {
         Cookie cookie = 0;
         SIZE size = item.size;
         if (AddImage2(item.bsName.Get(), item.props.nColorKeyMin, item.props.nColorKeyMax, &size, &cookie) != S_OK)
-            return;
-        WithItem(cookie, [&item](OverlayItem& added) {
-            added.props = item.props;
-            return S_OK;
-        });
-        return;
+            return false;
+        return WithItem(cookie, [&item](OverlayItem& added) {
+                   added.props = item.props;
+                   return S_OK;
+               }) == S_OK;
     }
     case eRect: {
         OVERLAY_PROPS props = item.props;
         props.bsTextString = item.bsName.Get();
-        AddRoundRect(&item.size, &item.sizeEllipse, &props, nullptr);
-        return;
+        return SUCCEEDED(AddRoundRect(&item.size, &item.sizeEllipse, &props, nullptr));
     }
     case eText:
     case eDate:
@@ -105,10 +104,10 @@ void COverlayEngine::AddStored(StoredItem& item) {
         OVERLAY_PROPS props = item.props;
         props.bsTextString = item.bsName.Get();
         SIZE size = item.size;
-        AddOutlinedText(item.eType, &item.logFont, item.nTextFormat, &props, &size, nullptr);
-        return;
+        return SUCCEEDED(AddOutlinedText(item.eType, &item.logFont, item.nTextFormat, &props, &size, nullptr));
     }
     }
+    return false;
 }
 
 } // namespace vellumcaster

@@ -56,6 +56,10 @@ struct StackHeader {
 ///         E_OUTOFMEMORY; what reading failed with.
 [[nodiscard]] HRESULT ReadItem(ISequentialStream& stream, StoredItem& item);
 
+/// Whether a record may cost what it says, before anything is allocated for it. A picture is taken for a lie above the
+/// pixels of a frame of 8192 by 4096; a text above 2048 by 2048, as its size, its font or its outline has it.
+[[nodiscard]] bool IsWorthMaking(const StoredItem& item);
+
 /// Writes the header and the version.
 /// \return S_OK; E_FAIL for a stream that takes less than it is given; what writing failed with. Throws `std::bad_alloc`.
 [[nodiscard]] HRESULT WriteHeader(ISequentialStream& stream);

@@ -174,12 +174,15 @@ TEST_F(Persistence, ReadsAStreamMadeByHand) {
 
 TEST_F(Persistence, PassesOverWhatCannotBeMade) {
     CStreamBytes bytes;
-    bytes.Header(0x02000003, 6);
+    bytes.Header(0x02000003, 7);
     bytes.U32(eText).Props(ShownAt(1)).U32(32768).U32(1).Font(12, "Sans").U32(4).String(u"as wide as a street");
     bytes.U32(eText).Props(ShownAt(1)).U32(16384).U32(16384).Font(12, "Sans").U32(4).String(u"as large as a field");
     bytes.U32(eImage).Props(ShownAt(1)).U32(0).U32(0).String(u"/nowhere/there is no.bmp");
     bytes.U32(eImage).Props(ShownAt(1)).U32(0).U32(0).U32(0);
     bytes.U32(eText).Props(ShownAt(1)).U32(0).U32(0).Font(30000, "Sans").U32(4).String(u"as high as a house");
+    OVERLAY_PROPS outlined = ShownAt(1);
+    outlined.dblOutlineWidth = 2049;
+    bytes.U32(eFrameNumber).Props(outlined).U32(0).U32(0).Font(12, "Sans").U32(4).U32(0);
     bytes.U32(eText).Props(ShownAt(1)).U32(0).U32(0).Font(12, "Sans").U32(4).String(u"still there");
     ASSERT_EQ(Load(bytes.Get()), S_OK);
     EXPECT_EQ(Names(), std::vector<std::u16string>{u"still there"});
@@ -218,7 +221,7 @@ TEST_F(Persistence, ReadsBackWhateverItKept) {
     std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), 'x');
     SIZE size{-7, 12};
     OVERLAY_PROPS props = ShownAt(3);
-    props.dblOutlineWidth = -std::numeric_limits<double>::infinity();
+    props.dblOutlineWidth = std::numeric_limits<double>::quiet_NaN();
     ASSERT_EQ(spControl->AddOutlinedText(eFrameNumber, &font, -1, &props, &size, nullptr), S_OK);
     const Bytes kept = Saved(*this);
     const MixerControl other;

@@ -327,7 +327,12 @@ TEST_F(Vellumcast, KeepsAStackAndUsesItAgain) {
 
 TEST_F(Vellumcast, FindsThePicturesOfAStackFromAnyFolder) {
     ASSERT_EQ(Shell("\"${V%/*}/draw_logo\" logo.bmp").status, 0);
-    ASSERT_EQ(Run("--image logo.bmp,w=8,h=8 --text Hello --save-stack stack").status, 0);
+    Write("in.y4m", Clip("F25:1", 1, cb420));
+    ASSERT_EQ(Run("--image logo.bmp,w=8,h=8,alpha=90 --text Hello --save-stack stack").status, 0);
+    ASSERT_EQ(Run("--panel 0,0,4,4,#FF0000 --stack stack in.y4m kept.y4m").status, 0);
+    ASSERT_EQ(Run("--panel 0,0,4,4,#FF0000 --image logo.bmp,w=8,h=8,alpha=90 --text Hello in.y4m direct.y4m").status,
+              0);
+    EXPECT_EQ(Read("kept.y4m"), Read("direct.y4m"));
     ASSERT_EQ(Shell("mkdir other && cd other && \"$V\" --stack ../stack --save-stack again").errors, "");
     EXPECT_EQ(Read("other/again"), Read("stack"));
     fs::remove(Path("logo.bmp"));
@@ -335,6 +340,24 @@ TEST_F(Vellumcast, FindsThePicturesOfAStackFromAnyFolder) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.errors, "vellumcast: stack: \"" + Path("logo.bmp") + "\" cannot be shown and is left out\n");
     EXPECT_LT(Read("less").size(), Read("stack").size());
+}
+
+TEST_F(Vellumcast, ShowsAKeptPictureAsTheOneThatWasNamed) {
+    Write("in.y4m", Clip("F25:1", 2, cb420));
+    // 4x4 of 32 bits, rows from the top down, no alpha anywhere.
+    const std::string header("BM\x76\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\4\0\0\0\xFC\xFF\xFF\xFF\1\0\x20\0", 30);
+    std::string pixels;
+    for (char c = 0; c < 16; ++c)
+        pixels += {c, static_cast<char>(5 * c), 'x', '\0'};
+    Write("down.bmp", header + std::string(24, '\0') + pixels);
+    for (const std::string fields : {"", ",w=8,h=6", ",alpha=100", ",key=topleft"}) {
+        const std::string image = "--image down.bmp" + fields;
+        ASSERT_EQ(Run(image + " in.y4m direct.y4m").status, 0) << fields;
+        ASSERT_EQ(Run(image + " --save-stack stack").status, 0) << fields;
+        EXPECT_EQ(Run("--stack stack in.y4m kept.y4m").errors, "") << fields;
+        EXPECT_EQ(Read("kept.y4m"), Read("direct.y4m")) << fields;
+        EXPECT_NE(Read("kept.y4m"), Read("in.y4m")) << fields;
+    }
 }
 
 TEST_F(Vellumcast, RefusesAStackThatItCannotReadOrKeep) {
@@ -351,6 +374,7 @@ TEST_F(Vellumcast, RefusesAStackThatItCannotReadOrKeep) {
         {"--show-stack other", "cannot read other: it is cut off, or holds what no stack does"},
         {"--panel 0,0,2,2,#000000 --save-stack x",
          "--save-stack: a panel is neither a picture nor a text, and cannot be kept"},
+        {"--text one --save-stack ./other other x", "--save-stack: the stack would overwrite the clip other"},
         {"--text one --save-stack no/folder/x", "cannot write no/folder/x: there is no such file or folder"},
     };
     for (const auto& c : cases) {

@@ -13,6 +13,7 @@
 #include <iterator>
 #include <string>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace vellumcaster {
@@ -125,6 +126,9 @@ TEST_F(FileStream, SaysWhyItCannotBe) {
     EXPECT_EQ(OpenFileStream(m_Folder.c_str(), sp.Put()), result(ERROR_ACCESS_DENIED));
     EXPECT_EQ(OpenFileStream("/dev/zero", sp.Put()), result(ERROR_NOT_SUPPORTED));
     EXPECT_EQ(CreateFileStream((m_Folder / "no" / "folder").c_str(), sp.Put()), result(ERROR_FILE_NOT_FOUND));
+    ASSERT_EQ(mkfifo(m_Name.c_str(), 0600), 0);
+    EXPECT_EQ(CreateFileStream(m_Name.c_str(), sp.Put()), result(ERROR_ACCESS_DENIED));
+    EXPECT_TRUE(fs::is_fifo(m_Name)) << "no file took its place";
     EXPECT_EQ(OpenFileStream(nullptr, sp.Put()), E_POINTER);
     EXPECT_EQ(CreateFileStream(m_Name.c_str(), nullptr), E_POINTER);
     EXPECT_FALSE(sp);

@@ -40,6 +40,10 @@ bool CNewFile::Open(const std::string& path) {
     m_Target = BehindLinks(path);
     struct stat earlier {};
     const bool bReplaces = stat(m_Target.c_str(), &earlier) == 0;
+    if (bReplaces && !S_ISREG(earlier.st_mode)) { // a device must not become a file
+        errno = EACCES;
+        return false;
+    }
     if (bReplaces && access(m_Target.c_str(), W_OK) != 0) return false;
     if (!OpenUnnamed()) {
         const bool bNoUnnamedFiles = errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL;

@@ -17,8 +17,8 @@ public:
     /// What was not committed is gone.
     ~CNewFile();
 
-    /// \param path  UTF-8; a regular file, or nothing yet. Called once.
-    /// \return false, as for a target that may not be written.
+    /// \param path  UTF-8; the file need not be there yet. Called once.
+    /// \return false, as for a target that may not be written, or is no regular file.
     [[nodiscard]] bool Open(const std::string& path);
 
     /// Where to write; -1 before `Open` and after `Commit`.

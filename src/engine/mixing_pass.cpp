@@ -37,7 +37,7 @@ LONG FrameDataLength(const PictureFormat& pf) {
 std::size_t ToSize(LONG cb) { return static_cast<std::size_t>(std::max<LONG>(cb, 0)); }
 
 FrameBuffer BufferOf(IMediaSample& sample, BYTE* pData, const PictureFormat& desc) {
-    return {pData, ToSize(sample.GetSize()), desc};
+    return {pData, ToSize(SEH_IMediaSample::GetSize(&sample)), desc};
 }
 
 bool HoldsItsFrame(const FrameBuffer& frame) { return CPictureFormats::GetBufferSize(frame.desc) <= frame.cb; }
@@ -77,17 +77,17 @@ HRESULT CCoVellumcaster::Filter_SendSample(int /*nPinIndex*/, IMediaSample* pSam
 
 CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSample& sample) const {
     const PictureFormat desc = m_spIn->Picture();
-    LONG cbActual = sample.GetActualDataLength();
+    LONG cbActual = SEH_IMediaSample::GetActualDataLength(&sample);
     if (cbActual == 0) {
         cbActual = FrameDataLength(desc);
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
                           "WARNING !!! CCoVellumcaster::Filter_SendSample - ZERO ACTUAL LENGTH, Set:%s\n",
                           FormatGrouped(cbActual));
-        sample.SetActualDataLength(cbActual);
+        static_cast<void>(SEH_IMediaSample::SetActualDataLength(&sample, cbActual));
     }
 
     BYTE* pIn = nullptr;
-    const HRESULT hr = sample.GetPointer(&pIn);
+    const HRESULT hr = SEH_IMediaSample::GetPointer(&sample, &pIn);
     if (FAILED(hr) || !pIn) {
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                           "###Err### CCoVellumcaster::Filter_SendSample - pSample->GetPointer() FAILED hr = 0x%08X\n",
@@ -115,11 +115,11 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
     IMediaSample& sampleOut = *pass.spSampleOut;
     // What came with the incoming sample is told downstream by the copy of its properties.
     if (ReadOutputType(&sampleOut) != S_OK) ReadOutputType(&sample);
-    const LONG cbActual = sampleOut.GetActualDataLength();
-    pass.cbFrame = ToSize(cbActual != 0 ? cbActual : sampleOut.GetSize());
+    const LONG cbActual = SEH_IMediaSample::GetActualDataLength(&sampleOut);
+    pass.cbFrame = ToSize(cbActual != 0 ? cbActual : SEH_IMediaSample::GetSize(&sampleOut));
 
     BYTE* pOut = nullptr;
-    hr = sampleOut.GetPointer(&pOut);
+    hr = SEH_IMediaSample::GetPointer(&sampleOut, &pOut);
     if (FAILED(hr) || !pOut) {
         VELLUM_TRACE_LINE(
             TraceCategory::General, TraceLevel::Error,
@@ -130,7 +130,7 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
     if (m_spIn->IsReadOnly()) LeaveReadOnlyInput(pass);
 
     static_cast<void>(CSampleCopier::Copy(&sampleOut, &sample, sampleAllButPayload));
-    sampleOut.SetActualDataLength(FrameDataLength(pass.out.desc));
+    static_cast<void>(SEH_IMediaSample::SetActualDataLength(&sampleOut, FrameDataLength(pass.out.desc)));
     return {};
 }
 

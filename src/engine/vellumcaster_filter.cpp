@@ -2,8 +2,10 @@
 
 #include "graph/media_type_list.h"
 #include "image/format_table.h"
+#include "platform/com/free_threaded_marshaler.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace vellumcaster {
@@ -16,7 +18,15 @@ HRESULT CCoVellumcaster::Make(CComPtr<CCoVellumcaster>& sp) {
 }
 
 CCoVellumcaster::CCoVellumcaster()
-    : m_spIn(MakeCounted<CCoVellumcasterIn>()), m_spOut(MakeCounted<CCoVellumcasterOut>()) {}
+    : m_spIn(MakeCounted<CCoVellumcasterIn>()), m_spOut(MakeCounted<CCoVellumcasterOut>()) {
+    if (FAILED(CoCreateFreeThreadedMarshaler(static_cast<IBaseFilter*>(this), m_spMarshaler.Put())))
+        throw std::bad_alloc();
+}
+
+HRESULT CCoVellumcaster::QueryInterface(const GUID& iid, void** ppv) {
+    if (ppv && iid == IMarshal::IID) return m_spMarshaler->QueryInterface(iid, ppv);
+    return VellumcasterInterfaces::QueryInterface(iid, ppv);
+}
 
 HRESULT CCoVellumcaster::GetPages(CAUUID* pPages) {
     if (!pPages) return E_POINTER;
@@ -76,8 +86,8 @@ HRESULT CCoVellumcaster::ReconnectInFormat(std::uint32_t dwFormat) {
     static_cast<void>(types.LoadFromPin(spUpstream.Get()));
     const CComPtr<IPin> spDownstream = m_spOut->Peer();
     const auto suits = [&](const AM_MEDIA_TYPE& mt) {
-        return mt.subtype.Data1 == dwFormat && spUpstream->QueryAccept(&mt) == S_OK &&
-               (!spDownstream || spDownstream->QueryAccept(&mt) == S_OK);
+        return mt.subtype.Data1 == dwFormat && SEH_IPin::QueryAccept(spUpstream.Get(), &mt) == S_OK &&
+               (!spDownstream || SEH_IPin::QueryAccept(spDownstream.Get(), &mt) == S_OK);
     };
     const auto found = std::find_if(types.Types().begin(), types.Types().end(), suits);
     if (found == types.Types().end()) return VFW_E_TYPE_NOT_ACCEPTED;

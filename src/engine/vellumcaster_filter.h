@@ -54,6 +54,9 @@ public:
     /// Throws `std::bad_alloc`.
     CCoVellumcaster();
 
+    /// Beside the interfaces also `IMarshal`: any thread may call the filter, so its pointers travel as they are.
+    HRESULT QueryInterface(const GUID& iid, void** ppv) override;
+
     [[nodiscard]] static const GUID& ClassId() { return CLSID_CoVellumcaster; }
     [[nodiscard]] const char* DisplayName() const override { return "CCoVellumcaster"; }
     [[nodiscard]] COverlayEngine& Engine() { return m_Engine; }
@@ -124,6 +127,7 @@ private:
     HRESULT Reconnect() override;
     void MarkUnsaved() override { m_Engine.MarkDirty(); }
 
+    CComPtr<IUnknown> m_spMarshaler; ///< a part of this object
     CStreamPainter m_Painter;
     COverlayEngine m_Engine{m_Painter};
 };

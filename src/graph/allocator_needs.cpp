@@ -1,5 +1,7 @@
 #include "graph/allocator_needs.h"
 
+#include "graph/seh_calls.h"
+
 #include <vellumcaster/results.h>
 
 #include <algorithm>
@@ -21,8 +23,7 @@ bool Exceeds(const ALLOCATOR_PROPERTIES& a, const ALLOCATOR_PROPERTIES& b) {
 
 CComPtr<IUnknown> IdentityOf(IUnknown* p) {
     CComPtr<IUnknown> sp;
-    if (!p || FAILED(p->QueryInterface(IUnknown::IID, reinterpret_cast<void**>(sp.Put())))) return p;
-    return sp;
+    return SEH_IUnknown::Ask(p, sp) == S_OK ? sp : CComPtr<IUnknown>(p);
 }
 
 } // namespace
@@ -37,7 +38,7 @@ bool MergeRequirements(ALLOCATOR_PROPERTIES& a, const ALLOCATOR_PROPERTIES& b) {
 
 void GetRequirements(IMemInputPin* pMemInput, ALLOCATOR_PROPERTIES& props) {
     props = {};
-    if (FAILED(pMemInput->GetAllocatorRequirements(&props))) props = {};
+    if (FAILED(SEH_IMemInputPin::GetAllocatorRequirements(pMemInput, &props))) props = {};
     MergeRequirements(props, leastNeeds);
 }
 
@@ -51,11 +52,11 @@ HRESULT TryAllocator(IMemInputPin* pMemInput, IMemAllocator* pAllocator, const A
     if (!bReadOnly) {
         ALLOCATOR_PROPERTIES asked = required;
         ALLOCATOR_PROPERTIES actual;
-        HRESULT hr = pAllocator->SetProperties(&asked, &actual);
+        HRESULT hr = SEH_IMemAllocator::SetProperties(pAllocator, &asked, &actual);
         if (hr == S_OK) hr = CheckProperties(required, actual);
         if (hr != S_OK) return hr;
     }
-    return pMemInput->NotifyAllocator(pAllocator, bReadOnly ? 1 : 0);
+    return SEH_IMemInputPin::NotifyAllocator(pMemInput, pAllocator, bReadOnly ? 1 : 0);
 }
 
 } // namespace vellumcaster

@@ -6,6 +6,7 @@
 #include "platform/com/no_exceptions.h"
 #include "platform/com/task_memory.h"
 #include "platform/kernel/trace.h"
+#include "platform/kernel/x87_state.h"
 
 #include <string_view>
 #include <utility>
@@ -34,6 +35,7 @@ public:
     }
 
     HRESULT Stop() override {
+        const CX87Watch watch;
         HRESULT hr = S_OK;
         if (StateUnderLock() == State_Running) {
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
@@ -52,11 +54,13 @@ public:
     }
 
     HRESULT Pause() override {
+        const CX87Watch watch;
         CAutoLock lock(m_csFilter);
         return SetState(State_Paused, 0);
     }
 
     HRESULT Run(REFERENCE_TIME tStart) override {
+        const CX87Watch watch;
         HRESULT hr = S_OK;
         if (StateUnderLock() == State_Stopped) {
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "graph/pin_core.h"
+#include "graph/seh_calls.h"
+#include "platform/kernel/x87_state.h"
 #include "platform/media/mem_input_pin.h"
 
 #include <utility>
@@ -18,7 +20,7 @@ public:
         ForgetAllocator();
         m_spAllocIn = pAllocator;
         m_bReadOnly = bReadOnly;
-        const HRESULT hr = m_spAllocIn->GetProperties(&m_AllocProps);
+        const HRESULT hr = SEH_IMemAllocator::GetProperties(m_spAllocIn.Get(), &m_AllocProps);
         if (FAILED(hr))
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
                               "WARNING. %s: IMemInputPinImpl::NotifyAllocator(): m_spAllocIn->GetProperties()=0x%X\n",
@@ -27,6 +29,7 @@ public:
     }
 
     HRESULT Receive(IMediaSample* pSample) override {
+        const CX87Watch watch;
         if (!pSample) return E_POINTER;
         CComPtr<typename Pin::FilterType> spFilter;
         {
@@ -52,6 +55,7 @@ public:
     }
 
     HRESULT ReceiveMultiple(IMediaSample** ppSamples, LONG nSamples, LONG* pnProcessed) override {
+        const CX87Watch watch;
         if (!ppSamples) return E_POINTER;
         if (nSamples <= 0) return E_INVALIDARG;
         if (pnProcessed) *pnProcessed = 0;
@@ -80,7 +84,7 @@ protected:
 
     /// With the pin lock held.
     void ForgetAllocator() {
-        if (m_spAllocIn) m_spAllocIn->Decommit();
+        static_cast<void>(SEH_IMemAllocator::Decommit(m_spAllocIn.Get()));
         m_spAllocIn.Reset();
         m_bReadOnly = 0;
         m_AllocProps = {};

@@ -1,6 +1,7 @@
 #include "graph/memory_allocator.h"
 
 #include "graph/media_type_match.h"
+#include "graph/seh_calls.h"
 #include "platform/com/no_exceptions.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/graph_results.h"
@@ -155,7 +156,7 @@ HRESULT CMemoryAllocator::TakeBack() {
         }
         spNotify = m_spNotify;
     }
-    if (spNotify) static_cast<void>(spNotify->NotifyRelease());
+    static_cast<void>(SEH_IMemAllocatorNotifyCallbackTemp::NotifyRelease(spNotify.Get()));
     return S_OK;
 }
 

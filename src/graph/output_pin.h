@@ -215,7 +215,8 @@ public:
         if (!this->IsConnected()) return;
         m_Allocator.Reset();
         m_spMemInput.Reset();
-        static_cast<void>(this->m_spConnected.Take()->Disconnect());
+        const CComPtr<IPin> spPeer = this->m_spConnected.Take();
+        static_cast<void>(SEH_IPin::Disconnect(spPeer.Get()));
     }
 
 private:
@@ -240,11 +241,11 @@ private:
 
         const CComPtr<IPin> spPeer(pReceivePin);
         this->m_spConnected.Set(spPeer);
-        hr = spPeer->ReceiveConnection(&This(), copy.Get());
+        hr = SEH_IPin::ReceiveConnection(spPeer.Get(), &This(), copy.Get());
         if (hr == S_OK) {
             hr = this->m_apFilter->Filter_CompleteConnect(this->m_nIndex);
             if (hr == S_OK) return S_OK;
-            static_cast<void>(spPeer->Disconnect());
+            static_cast<void>(SEH_IPin::Disconnect(spPeer.Get()));
         }
         this->m_spConnected.Set({});
         return FailureOf(hr, VFW_E_TYPE_NOT_ACCEPTED);
@@ -254,7 +255,7 @@ private:
         const CComPtr<IPin> spPeer = this->Peer();
         if (!spPeer) return VFW_E_NOT_CONNECTED;
         CComPtr<IMemInputPin> spMemInput;
-        HRESULT hr = spPeer->QueryInterface(IMemInputPin::IID, reinterpret_cast<void**>(spMemInput.Put()));
+        HRESULT hr = SEH_IUnknown::Ask(spPeer.Get(), spMemInput);
         UpstreamAllocator upstream;
         if (SUCCEEDED(hr)) hr = AskUpstream(upstream);
         if (SUCCEEDED(hr)) hr = m_Allocator.AllocatorAgree(spMemInput.Get(), upstream);

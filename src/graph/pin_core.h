@@ -3,6 +3,7 @@
 #include "graph/media_type.h"
 #include "graph/media_type_match.h"
 #include "graph/picture_geometry.h"
+#include "graph/seh_calls.h"
 #include "platform/kernel/critical_section.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/graph_results.h"
@@ -111,7 +112,7 @@ public:
     [[nodiscard]] HRESULT SetMediaTypeFromSample(IMediaSample* pSample) {
         if (!pSample) return E_POINTER;
         AM_MEDIA_TYPE* pmt = nullptr;
-        const HRESULT hr = pSample->GetMediaType(&pmt);
+        const HRESULT hr = SEH_IMediaSample::GetMediaType(pSample, &pmt);
         if (hr != S_OK) return hr;
         const CMediaTypePtr spmt(pmt);
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,

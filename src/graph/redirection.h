@@ -1,5 +1,6 @@
 #pragma once
 
+#include "graph/seh_calls.h"
 #include "platform/kernel/trace.h"
 
 #include <vellumcaster/counted_ptr.h>
@@ -25,14 +26,14 @@ template <class Interface, class Pin>
 /// \param pszCall  the call as the lines of diagnosis have it.
 /// \return the far side's answer; E_NOTIMPL where there is none.
 template <class Interface, class Pin, class... Parameters>
-HRESULT RedirectCall(Pin& pin, [[maybe_unused]] const char* pszCall, HRESULT (Interface::*method)(Parameters...),
+HRESULT RedirectCall(Pin& pin, const char* pszCall, HRESULT (Interface::*method)(Parameters...),
                      std::type_identity_t<Parameters>... arguments) {
     const CComPtr<Interface> spFar = AskFarSide<Interface>(pin);
     if (!spFar) {
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "Can't redirect %s\n", pszCall);
         return E_NOTIMPL;
     }
-    const HRESULT hr = (spFar.Get()->*method)(arguments...);
+    const HRESULT hr = CallMethodGuarded(pszCall, spFar.Get(), method, arguments...);
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "Redirection: %s=0x%X\n", pszCall, hr);
     return hr;
 }

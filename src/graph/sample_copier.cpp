@@ -1,6 +1,7 @@
 #include "graph/sample_copier.h"
 
 #include "graph/sample_snapshot.h"
+#include "graph/seh_calls.h"
 #include "image/guarded_memory.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/graph_results.h"
@@ -10,9 +11,9 @@ namespace vellumcaster::CSampleCopier {
 namespace {
 
 HRESULT FindRoom(IMediaSample& dst, LONG length, BYTE** ppDst) {
-    const HRESULT hr = dst.GetPointer(ppDst);
+    const HRESULT hr = SEH_IMediaSample::GetPointer(&dst, ppDst);
     if (FAILED(hr) || !*ppDst) return FailureOf(hr, E_FAIL);
-    const LONG cb = dst.GetSize();
+    const LONG cb = SEH_IMediaSample::GetSize(&dst);
     if (cb >= length) return S_OK;
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                       "###Err### CSampleCopier::CopyBuffer(): GetSize()=%i, lActual=%i\n", cb, length);
@@ -31,7 +32,7 @@ HRESULT CopyBuffer(IMediaSample* pDst, const BYTE* pSrc, LONG length, WORD wante
     BYTE* pData = nullptr;
     HRESULT hr = length > 0 ? FindRoom(*pDst, length, &pData) : S_OK;
     if (hr != S_OK) return hr;
-    hr = pDst->SetActualDataLength(length);
+    hr = SEH_IMediaSample::SetActualDataLength(pDst, length);
     if (hr != S_OK) return FailureOf(hr, E_FAIL);
     if (!bPayload || length < 0) return S_OK;
     return SEH_CopyMemory(pData, pSrc, static_cast<std::size_t>(length)) ? S_OK : E_UNEXPECTED;

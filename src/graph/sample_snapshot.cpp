@@ -2,6 +2,7 @@
 
 #include "graph/format_text.h"
 #include "graph/sample_copier.h"
+#include "graph/seh_calls.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/graph_results.h"
 #include "platform/media/media_sample2.h"
@@ -21,7 +22,7 @@ constexpr WORD streamTimes = sampleStart | sampleStop;
 
 CComPtr<IMediaSample2> AskForSecond(IMediaSample& sample) {
     CComPtr<IMediaSample2> sp;
-    if (FAILED(sample.QueryInterface(IMediaSample2::IID, reinterpret_cast<void**>(sp.Put())))) sp.Reset();
+    static_cast<void>(SEH_IUnknown::Ask(&sample, sp));
     return sp;
 }
 
@@ -49,7 +50,7 @@ HRESULT CSampleT::Load(IMediaSample* pSample, WORD wanted) {
 
 HRESULT CSampleT::LoadTimes(IMediaSample& sample, WORD wanted) {
     if (!(wanted & streamTimes)) return S_OK;
-    const HRESULT hr = sample.GetTime(&m_tS, &m_tE);
+    const HRESULT hr = SEH_IMediaSample::GetTime(&sample, &m_tS, &m_tE);
     if (hr == VFW_S_NO_STOP_TIME) {
         m_wMask |= wanted & sampleStart;
         return S_OK;
@@ -73,7 +74,7 @@ HRESULT CSampleT::LoadTimes(IMediaSample& sample, WORD wanted) {
 
 HRESULT CSampleT::LoadMediaTimes(IMediaSample& sample, WORD wanted) {
     if (!(wanted & sampleMediaTimes)) return S_OK;
-    const HRESULT hr = sample.GetMediaTime(&m_llMS, &m_llME);
+    const HRESULT hr = SEH_IMediaSample::GetMediaTime(&sample, &m_llMS, &m_llME);
     if (hr == S_OK)
         m_wMask |= sampleMediaTimes;
     else
@@ -85,17 +86,17 @@ HRESULT CSampleT::LoadMediaTimes(IMediaSample& sample, WORD wanted) {
 HRESULT CSampleT::LoadFlags(IMediaSample& sample, WORD wanted) {
     struct Flag {
         WORD property;
-        HRESULT (IMediaSample::*ask)();
+        const CGuardedMethod<IMediaSample>& ask;
         BOOL CSampleT::*field;
     };
     constexpr Flag flags[] = {
-        {sampleSyncPoint, &IMediaSample::IsSyncPoint, &CSampleT::m_bSyncPoint},
-        {samplePreroll, &IMediaSample::IsPreroll, &CSampleT::m_bPreroll},
-        {sampleDiscontinuity, &IMediaSample::IsDiscontinuity, &CSampleT::m_bDiscontinuity},
+        {sampleSyncPoint, SEH_IMediaSample::IsSyncPoint, &CSampleT::m_bSyncPoint},
+        {samplePreroll, SEH_IMediaSample::IsPreroll, &CSampleT::m_bPreroll},
+        {sampleDiscontinuity, SEH_IMediaSample::IsDiscontinuity, &CSampleT::m_bDiscontinuity},
     };
     for (const Flag& flag : flags) {
         if (!(wanted & flag.property)) continue;
-        const HRESULT hr = (sample.*flag.ask)();
+        const HRESULT hr = flag.ask(&sample);
         if (hr != S_OK && hr != S_FALSE) return FailureOf(hr, E_FAIL);
         this->*flag.field = hr == S_OK;
         m_wMask |= flag.property;
@@ -109,7 +110,7 @@ HRESULT CSampleT::LoadTypeSpecificFlags(IMediaSample& sample, WORD wanted) {
     if (!spSecond) return S_OK;
     AM_SAMPLE2_PROPERTIES props;
     props.cbData = cbUpToTypeSpecificFlags;
-    const HRESULT hr = spSecond->GetProperties(props.cbData, reinterpret_cast<BYTE*>(&props));
+    const HRESULT hr = SEH_IMediaSample2::GetProperties(spSecond.Get(), props.cbData, reinterpret_cast<BYTE*>(&props));
     if (hr != S_OK || props.cbData < cbUpToTypeSpecificFlags) return FailureOf(hr, E_FAIL);
     m_dwTypeSpecificFlags = props.dwTypeSpecificFlags;
     m_wMask |= sampleTypeSpecificFlags;
@@ -119,7 +120,7 @@ HRESULT CSampleT::LoadTypeSpecificFlags(IMediaSample& sample, WORD wanted) {
 HRESULT CSampleT::LoadMediaType(IMediaSample& sample, WORD wanted) {
     if (!(wanted & sampleMediaType)) return S_OK;
     AM_MEDIA_TYPE* pmt = nullptr;
-    if (sample.GetMediaType(&pmt) != S_OK) return S_OK;
+    if (SEH_IMediaSample::GetMediaType(&sample, &pmt) != S_OK) return S_OK;
     if (!pmt) return E_FAIL;
     m_spMediaType.reset(pmt);
     m_wMask |= sampleMediaType;
@@ -128,11 +129,11 @@ HRESULT CSampleT::LoadMediaType(IMediaSample& sample, WORD wanted) {
 
 HRESULT CSampleT::LoadPayload(IMediaSample& sample, WORD wanted) {
     if (!(wanted & (samplePayload | sampleActualLength))) return S_OK;
-    m_lActual = sample.GetActualDataLength();
+    m_lActual = SEH_IMediaSample::GetActualDataLength(&sample);
     LONG cb = 0;
     if (wanted & samplePayload) {
-        if (sample.GetPointer(&m_pBuffer) != S_OK) m_pBuffer = nullptr;
-        if (m_pBuffer) cb = sample.GetSize();
+        if (SEH_IMediaSample::GetPointer(&sample, &m_pBuffer) != S_OK) m_pBuffer = nullptr;
+        if (m_pBuffer) cb = SEH_IMediaSample::GetSize(&sample);
         if (cb > 0)
             m_wMask |= samplePayload;
         else
@@ -173,19 +174,19 @@ HRESULT CSampleT::SaveTimes(IMediaSample& sample, WORD w) const {
     if (!(w & sampleStart)) return S_OK;
     REFERENCE_TIME start = m_tS;
     REFERENCE_TIME stop = m_tE;
-    return sample.SetTime(&start, w & sampleStop ? &stop : nullptr);
+    return SEH_IMediaSample::SetTime(&sample, &start, w & sampleStop ? &stop : nullptr);
 }
 
 HRESULT CSampleT::SaveMediaTimes(IMediaSample& sample, WORD w) const {
     LONGLONG start = m_llMS;
     LONGLONG end = m_llME;
-    return w & sampleMediaTimes ? sample.SetMediaTime(&start, &end) : S_OK;
+    return w & sampleMediaTimes ? SEH_IMediaSample::SetMediaTime(&sample, &start, &end) : S_OK;
 }
 
 HRESULT CSampleT::SaveFlags(IMediaSample& sample, WORD w) const {
-    HRESULT hr = w & sampleSyncPoint ? sample.SetSyncPoint(m_bSyncPoint) : S_OK;
-    if (hr == S_OK && w & samplePreroll) hr = sample.SetPreroll(m_bPreroll);
-    if (hr == S_OK && w & sampleDiscontinuity) hr = sample.SetDiscontinuity(m_bDiscontinuity);
+    HRESULT hr = w & sampleSyncPoint ? SEH_IMediaSample::SetSyncPoint(&sample, m_bSyncPoint) : S_OK;
+    if (hr == S_OK && w & samplePreroll) hr = SEH_IMediaSample::SetPreroll(&sample, m_bPreroll);
+    if (hr == S_OK && w & sampleDiscontinuity) hr = SEH_IMediaSample::SetDiscontinuity(&sample, m_bDiscontinuity);
     return hr;
 }
 
@@ -200,11 +201,11 @@ HRESULT CSampleT::SaveTypeSpecificFlags(IMediaSample& sample, WORD w) const {
     AM_SAMPLE2_PROPERTIES props;
     props.cbData = cbUpToTypeSpecificFlags;
     props.dwTypeSpecificFlags = m_dwTypeSpecificFlags;
-    return spSecond->SetProperties(props.cbData, reinterpret_cast<const BYTE*>(&props));
+    return SEH_IMediaSample2::SetProperties(spSecond.Get(), props.cbData, reinterpret_cast<const BYTE*>(&props));
 }
 
 HRESULT CSampleT::SaveMediaType(IMediaSample& sample, WORD w) const {
-    return w & sampleMediaType ? sample.SetMediaType(m_spMediaType.get()) : S_OK;
+    return w & sampleMediaType ? SEH_IMediaSample::SetMediaType(&sample, m_spMediaType.get()) : S_OK;
 }
 
 HRESULT CSampleT::SavePayload(IMediaSample& sample, WORD w) const {

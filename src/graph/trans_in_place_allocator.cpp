@@ -1,6 +1,7 @@
 #include "graph/trans_in_place_allocator.h"
 
 #include "graph/memory_allocator.h"
+#include "graph/seh_calls.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/graph_results.h"
 
@@ -10,18 +11,19 @@ namespace vellumcaster {
 
 HRESULT CTransInPlaceAllocator::AllocatorAgree(IMemInputPin* pMemInput, const UpstreamAllocator& upstream) {
     ALLOCATOR_PROPERTIES offered;
-    if (upstream.sp && FAILED(upstream.sp->GetProperties(&offered))) offered = {};
+    if (FAILED(SEH_IMemAllocator::GetProperties(upstream.sp.Get(), &offered))) offered = {};
     ALLOCATOR_PROPERTIES required;
     GetRequirements(pMemInput, required);
     MergeRequirements(required, offered);
 
     CComPtr<IMemAllocator> spDown;
-    if (pMemInput->GetAllocator(spDown.Put()) != S_OK) {
+    IMemAllocator* pDown = nullptr;
+    if (SEH_IMemInputPin::GetAllocator(pMemInput, &pDown) == S_OK)
+        spDown.Attach(pDown);
+    else
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                           "%s: CTransInPlaceAllocator::AllocatorAgree(): Downstream filter hasn't allocator\n",
                           m_pszPin);
-        spDown.Reset();
-    }
 
     HRESULT hr = E_FAIL;
     if (upstream.sp && !upstream.bReadOnly) {
@@ -50,7 +52,7 @@ HRESULT CTransInPlaceAllocator::ReagreeUpstreamAllocator(IMemInputPin* pMemInput
     ALLOCATOR_PROPERTIES required;
     if (!bReadOnly) {
         ALLOCATOR_PROPERTIES offered;
-        if (FAILED(spNew->GetProperties(&offered))) offered = {};
+        if (FAILED(SEH_IMemAllocator::GetProperties(spNew.Get(), &offered))) offered = {};
         GetRequirements(pMemInput, required);
         MergeRequirements(required, offered);
     }
@@ -69,15 +71,15 @@ HRESULT CTransInPlaceAllocator::ReagreeUpstreamAllocator(IMemInputPin* pMemInput
 HRESULT CTransInPlaceAllocator::Commit(bool bCommit) {
     if (!m_sp) return VFW_E_NO_ALLOCATOR;
     if (bCommit == m_bCommitted) return S_OK;
-    const HRESULT hr = bCommit ? m_sp->Commit() : m_sp->Decommit();
+    const HRESULT hr = bCommit ? SEH_IMemAllocator::Commit(m_sp.Get()) : SEH_IMemAllocator::Decommit(m_sp.Get());
     if (hr != S_OK) return FailureOf(hr, E_FAIL);
-    if (bCommit && FAILED(m_sp->GetProperties(&m_Props))) m_Props = {};
+    if (bCommit) ReadProperties();
     m_bCommitted = bCommit;
     return S_OK;
 }
 
 void CTransInPlaceAllocator::Reset() {
-    if (m_sp) m_sp->Decommit();
+    static_cast<void>(SEH_IMemAllocator::Decommit(m_sp.Get()));
     m_sp.Reset();
     m_Props = {};
     m_bCommitted = false;
@@ -85,10 +87,14 @@ void CTransInPlaceAllocator::Reset() {
 }
 
 void CTransInPlaceAllocator::Adopt(CComPtr<IMemAllocator> sp, Mode mode) {
-    m_Props = {};
-    if (FAILED(sp->GetProperties(&m_Props))) m_Props = {};
     m_sp = std::move(sp);
     m_Mode = mode;
+    ReadProperties();
+}
+
+void CTransInPlaceAllocator::ReadProperties() {
+    m_Props = {};
+    if (FAILED(SEH_IMemAllocator::GetProperties(m_sp.Get(), &m_Props))) m_Props = {};
 }
 
 } // namespace vellumcaster

@@ -51,6 +51,7 @@ public:
 
 private:
     void Adopt(CComPtr<IMemAllocator> sp, Mode mode);
+    void ReadProperties();
 
     const char* m_pszPin;
     Mode m_Mode = Mode::None;

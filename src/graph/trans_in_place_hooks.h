@@ -24,7 +24,7 @@ public:
         switch (nPinIndex) {
         case 0: {
             const CComPtr<IPin> spPeer = Out().Peer();
-            if (!spPeer || spPeer->QueryAccept(pmt) == S_OK) return true;
+            if (!spPeer || SEH_IPin::QueryAccept(spPeer.Get(), pmt) == S_OK) return true;
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                               "%s: Filter_QueryAcceptMT(): Downstream filter don't accept media type\n",
                               In().DisplayName());
@@ -37,7 +37,7 @@ public:
                                   Out().DisplayName());
             const CComPtr<IPin> spPeer = In().Peer();
             if (!spPeer) return false;
-            if (spPeer->QueryAccept(pmt) == S_OK) return true;
+            if (SEH_IPin::QueryAccept(spPeer.Get(), pmt) == S_OK) return true;
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                               "%s: Filter_QueryAcceptMT(): Upstream filter don't accept media type\n",
                               Out().DisplayName());
@@ -96,8 +96,8 @@ public:
         const CComPtr<IPin> spPeer = Out().Peer();
         if (!spPeer) return E_NOTIMPL;
         CComPtr<IMemInputPin> spMemInput;
-        const HRESULT hr = spPeer->QueryInterface(IMemInputPin::IID, reinterpret_cast<void**>(spMemInput.Put()));
-        return FAILED(hr) ? hr : spMemInput->GetAllocatorRequirements(pProps);
+        const HRESULT hr = SEH_IUnknown::Ask(spPeer.Get(), spMemInput);
+        return FAILED(hr) ? hr : SEH_IMemInputPin::GetAllocatorRequirements(spMemInput.Get(), pProps);
     }
 
     /// Upstream has settled on its memory.
@@ -105,30 +105,30 @@ public:
         const HRESULT hr = ChooseAllocators(nPinIndex, pAllocator, bReadOnly);
         const bool bTellDownstream = !This().UsesExtraBuffer() && !m_bSeparated && Out().IsConnected();
         if (hr != S_OK || !bTellDownstream || !Out().m_spMemInput) return hr;
-        return Out().m_spMemInput->NotifyAllocator(pAllocator, bReadOnly);
+        return SEH_IMemInputPin::NotifyAllocator(Out().m_spMemInput.Get(), pAllocator, bReadOnly);
     }
 
-    HRESULT Filter_EndOfStream(int /*nPinIndex*/) { return TellDownstream(&IPin::EndOfStream); }
-    HRESULT Filter_BeginFlush(int /*nPinIndex*/) { return TellDownstream(&IPin::BeginFlush); }
-    HRESULT Filter_EndFlush(int /*nPinIndex*/) { return TellDownstream(&IPin::EndFlush); }
+    HRESULT Filter_EndOfStream(int /*nPinIndex*/) { return TellDownstream(SEH_IPin::EndOfStream); }
+    HRESULT Filter_BeginFlush(int /*nPinIndex*/) { return TellDownstream(SEH_IPin::BeginFlush); }
+    HRESULT Filter_EndFlush(int /*nPinIndex*/) { return TellDownstream(SEH_IPin::EndFlush); }
     HRESULT Filter_NewSegment(int /*nPinIndex*/, REFERENCE_TIME tStart, REFERENCE_TIME tStop, double dRate) {
-        return TellDownstream(&IPin::NewSegment, tStart, tStop, dRate);
+        return TellDownstream(SEH_IPin::NewSegment, tStart, tStop, dRate);
     }
 
     /// To the input pin's sink where one was set, else upstream.
     HRESULT Filter_QualityNotify(int /*nPinIndex*/, IBaseFilter* pSender, const Quality& q) {
         const CComPtr<IPin> spPeer = In().Peer();
         if (!spPeer) return VFW_E_NOT_CONNECTED;
-        if (IQualityControl* pSink = In().QualitySink()) return pSink->Notify(pSender, q);
+        if (IQualityControl* pSink = In().QualitySink()) return SEH_IQualityControl::Notify(pSink, pSender, q);
         CComPtr<IQualityControl> spUpstream;
-        const HRESULT hr = spPeer->QueryInterface(IQualityControl::IID, reinterpret_cast<void**>(spUpstream.Put()));
-        return FAILED(hr) ? hr : spUpstream->Notify(pSender, q);
+        const HRESULT hr = SEH_IUnknown::Ask(spPeer.Get(), spUpstream);
+        return FAILED(hr) ? hr : SEH_IQualityControl::Notify(spUpstream.Get(), pSender, q);
     }
 
     /// An interface of the pin across the filter.
     HRESULT Filter_QueryRedirect(int nPinIndex, const GUID& iid, void** ppv) {
         const CComPtr<IPin> spPeer = nPinIndex == 0 ? Out().Peer() : nPinIndex == 1 ? In().Peer() : CComPtr<IPin>();
-        return spPeer ? spPeer->QueryInterface(iid, ppv) : E_NOINTERFACE;
+        return spPeer ? SEH_IUnknown::QueryInterface(spPeer.Get(), iid, ppv) : E_NOINTERFACE;
     }
 
     /// Finds out whether samples pass through, once both sides have settled.
@@ -168,9 +168,9 @@ private:
     }
 
     template <class... Parameters>
-    HRESULT TellDownstream(HRESULT (IPin::*method)(Parameters...), Parameters... arguments) {
+    HRESULT TellDownstream(const CGuardedMethod<IPin, Parameters...>& method, Parameters... arguments) {
         const CComPtr<IPin> spPeer = Out().Peer();
-        return spPeer ? (spPeer.Get()->*method)(arguments...) : VFW_E_NOT_CONNECTED;
+        return spPeer ? method(spPeer.Get(), arguments...) : VFW_E_NOT_CONNECTED;
     }
 };
 

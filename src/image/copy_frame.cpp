@@ -2,6 +2,7 @@
 
 #include "image/format_table.h"
 #include "image/guarded_memory.h"
+#include "image/plane_layout.h"
 
 #include <algorithm>
 
@@ -54,11 +55,21 @@ bool CopySinglePlane(const PictureFormat& src, const PictureFormat& dst, const B
     return CopyRows(rows, size.height, static_cast<std::size_t>(size.width * bits / 8));
 }
 
+/// Bytes of both pictures where they lie in memory alike and have nothing between their rows, else 0.
+std::size_t FindOneBlock(const PictureFormat& src, const PictureFormat& dst) {
+    const bool bAlike = src.nWidth == dst.nWidth && src.nHeight == dst.nHeight;
+    const bool bNoGaps = EffectiveStride(src) == static_cast<std::uint32_t>(src.nWidth) &&
+                         EffectiveStride(dst) == static_cast<std::uint32_t>(dst.nWidth);
+    return bAlike && bNoGaps ? CPictureFormats::GetBufferSize(src) : 0;
+}
+
 } // namespace
 
 HRESULT CopyFrame(const PictureFormat* pDescSrc, const PictureFormat* pDescDst, const BYTE* pSrc, BYTE* pDst) {
     if (!pDescSrc || !pDescDst || !pSrc || !pDst) return E_INVALIDARG;
     if (pDescSrc->dwFormat != pDescDst->dwFormat) return E_FRAME_FORMATS_DIFFER;
+    if (const std::size_t cb = FindOneBlock(*pDescSrc, *pDescDst); cb != 0)
+        return SEH_CopyMemory(pDst, pSrc, cb) ? S_OK : E_UNEXPECTED;
     const auto copy = CPictureFormats::IsPlanarFormat(pDescSrc->dwFormat) ? CopyPlanes : CopySinglePlane;
     return copy(*pDescSrc, *pDescDst, pSrc, pDst) ? S_OK : E_UNEXPECTED;
 }

@@ -2,8 +2,8 @@
 
 #include "graph/allocator_needs.h"
 #include "graph/media_type_match.h"
-#include "graph/memory_allocator.h"
 #include "graph/picture_geometry.h"
+#include "graph/seh_calls.h"
 #include "image/plane_layout.h"
 
 #include <utility>
@@ -12,10 +12,11 @@ namespace vellumcaster {
 
 class CFrameSink::CPin final : public CNeighbourPin<IPin, IMemInputPin> {
 public:
-    CPin(CFrameSink& sink) : CNeighbourPin(sink, PINDIR_INPUT, u"Frames"), m_Sink(sink) {}
+    explicit CPin(CFrameSink& sink) : CNeighbourPin(sink, sink.m_Manners, PINDIR_INPUT, u"Frames"), m_Sink(sink) {}
 
     HRESULT ReceiveConnection(IPin* pConnector, const AM_MEDIA_TYPE* pmt) override {
         if (!pConnector || !pmt) return E_POINTER;
+        if (const auto hr = AnswerInstead(PinCall::ReceiveConnection)) return *hr;
         if (m_spPeer) return VFW_E_ALREADY_CONNECTED;
         if (QueryAccept(pmt) != S_OK) return VFW_E_TYPE_NOT_ACCEPTED;
         const HRESULT hr = TakeType(pmt);
@@ -28,10 +29,11 @@ public:
         if (m_Filter.State() != State_Stopped) return VFW_E_NOT_STOPPED;
         m_spPeer.Reset();
         m_spAllocator.Reset();
-        return S_OK;
+        return AnswerInstead(PinCall::Disconnect).value_or(S_OK);
     }
 
     HRESULT QueryAccept(const AM_MEDIA_TYPE* pmt) override {
+        if (const auto hr = AnswerInstead(PinCall::QueryAccept)) return *hr;
         PictureFormat pf;
         if (MT_GetPictureFormat(pmt, &pf) < 0 || CPictureFormats::GetBufferSize(pf) == 0) return S_FALSE;
         const auto& formats = m_Sink.m_Manners.formats;
@@ -41,41 +43,49 @@ public:
 
     HRESULT EnumMediaTypes(IEnumMediaTypes** ppEnum) override {
         if (!ppEnum) return E_POINTER;
+        if (const auto hr = AnswerInstead(PinCall::EnumMediaTypes)) return *hr;
         *ppEnum = MakeCounted<COfferedTypes>(std::vector<const AM_MEDIA_TYPE*>()).Detach();
         return S_OK;
     }
 
     HRESULT EndOfStream() override {
+        if (const auto hr = AnswerInstead(PinCall::EndOfStream)) return *hr;
         m_Sink.SetEnded(true);
         return S_OK;
     }
     HRESULT BeginFlush() override {
+        if (const auto hr = AnswerInstead(PinCall::BeginFlush)) return *hr;
         m_bFlushing = true;
         return S_OK;
     }
     HRESULT EndFlush() override {
+        if (const auto hr = AnswerInstead(PinCall::EndFlush)) return *hr;
         m_bFlushing = false;
         m_Sink.SetEnded(false);
         return S_OK;
     }
-    HRESULT NewSegment(REFERENCE_TIME, REFERENCE_TIME, double) override { return S_OK; }
+    HRESULT NewSegment(REFERENCE_TIME, REFERENCE_TIME, double) override {
+        return AnswerInstead(PinCall::NewSegment).value_or(S_OK);
+    }
 
     HRESULT GetAllocator(IMemAllocator** ppAllocator) override {
         if (!ppAllocator) return E_POINTER;
         *ppAllocator = nullptr;
+        if (const auto hr = AnswerInstead(PinCall::GetAllocator)) return *hr;
         if (!m_Sink.m_Manners.bOffersMemory) return VFW_E_NO_ALLOCATOR;
         if (!m_spOffered) {
-            const HRESULT hr = CMemoryAllocator::Make(m_spOffered);
+            const HRESULT hr = MakeAllocator(m_spOffered);
             if (FAILED(hr)) return hr;
         }
-        *ppAllocator = CComPtr<IMemAllocator>(m_spOffered.Get()).Detach();
+        *ppAllocator = CComPtr<IMemAllocator>(m_spOffered).Detach();
         return S_OK;
     }
 
     HRESULT NotifyAllocator(IMemAllocator* pAllocator, BOOL bReadOnly) override {
         if (!pAllocator) return E_POINTER;
+        if (const auto hr = AnswerInstead(PinCall::NotifyAllocator)) return *hr;
         const SinkManners& manners = m_Sink.m_Manners;
-        const bool bForeign = !IsSameObject(pAllocator, static_cast<IMemAllocatorCallbackTemp*>(m_spOffered.Get()));
+        const bool bForeign = !IsSameObject(pAllocator, m_spOffered.Get());
         if (manners.bRefusesAllMemory || (manners.bInsistsOnItsMemory && bForeign)) return E_FAIL;
         m_spAllocator = pAllocator;
         m_bReadOnly = bReadOnly != 0;
@@ -84,6 +94,7 @@ public:
 
     HRESULT GetAllocatorRequirements(ALLOCATOR_PROPERTIES* pProps) override {
         if (!pProps) return E_POINTER;
+        if (const auto hr = AnswerInstead(PinCall::GetAllocatorRequirements)) return *hr;
         if (!m_Sink.m_Manners.bTellsItsNeeds) return E_NOTIMPL;
         *pProps = m_Sink.m_Manners.needs;
         return S_OK;
@@ -91,10 +102,11 @@ public:
 
     HRESULT Receive(IMediaSample* pSample) override {
         if (!pSample) return E_POINTER;
+        if (const auto hr = AnswerInstead(PinCall::Receive)) return *hr;
         if (m_bFlushing) return S_FALSE;
         if (m_Filter.State() == State_Stopped) return VFW_E_WRONG_STATE;
         AM_MEDIA_TYPE* pmt = nullptr;
-        if (pSample->GetMediaType(&pmt) == S_OK) {
+        if (SEH_IMediaSample::GetMediaType(pSample, &pmt) == S_OK && pmt) {
             const CMediaTypePtr spmt(pmt);
             if (QueryAccept(pmt) != S_OK) return VFW_E_INVALIDMEDIATYPE;
             const HRESULT hr = TakeType(pmt);
@@ -126,7 +138,7 @@ private:
     CFrameSink& m_Sink;
     PictureFormat m_pf;
     std::atomic<bool> m_bFlushing = false;
-    CComPtr<CMemoryAllocator> m_spOffered;
+    CComPtr<IMemAllocator> m_spOffered;
     CComPtr<IMemAllocator> m_spAllocator;
     bool m_bReadOnly = false;
 };

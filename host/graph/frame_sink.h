@@ -11,7 +11,7 @@
 namespace vellumcaster {
 
 /// How a sink behaves towards what feeds it.
-struct SinkManners {
+struct SinkManners : Manners {
     std::vector<std::uint32_t> formats; ///< format codes that it takes; none: all that frames can have
 
     bool bOffersMemory = true;        ///< it has an allocator of its own to offer

@@ -2,8 +2,8 @@
 
 #include "graph/allocator_needs.h"
 #include "graph/media_type_match.h"
-#include "graph/memory_allocator.h"
 #include "graph/picture_geometry.h"
+#include "graph/seh_calls.h"
 #include "host/graph/video_type.h"
 
 #include <utility>
@@ -12,7 +12,8 @@ namespace vellumcaster {
 
 class CFrameSource::CPin final : public CNeighbourPin<IPin> {
 public:
-    CPin(CFrameSource& source) : CNeighbourPin(source, PINDIR_OUTPUT, u"Frames"), m_Source(source) {
+    explicit CPin(CFrameSource& source)
+        : CNeighbourPin(source, source.m_Manners, PINDIR_OUTPUT, u"Frames"), m_Source(source) {
         for (const OfferedStream& stream : source.m_Manners.streams) {
             auto spType = std::make_unique<CMediaTypeHolder>();
             if (SUCCEEDED(MakeVideoType(stream.pf, stream.avgTimePerFrame, *spType->Put())))
@@ -42,6 +43,7 @@ public:
     }
 
     HRESULT QueryAccept(const AM_MEDIA_TYPE* pmt) override {
+        if (const auto hr = AnswerInstead(PinCall::QueryAccept)) return *hr;
         const bool bOffered = std::any_of(m_Offered.begin(), m_Offered.end(),
                                           [pmt](const auto& spType) { return MT_IsEqual(pmt, spType->Get()); });
         return bOffered ? S_OK : S_FALSE;
@@ -49,6 +51,7 @@ public:
 
     HRESULT EnumMediaTypes(IEnumMediaTypes** ppEnum) override {
         if (!ppEnum) return E_POINTER;
+        if (const auto hr = AnswerInstead(PinCall::EnumMediaTypes)) return *hr;
         std::vector<const AM_MEDIA_TYPE*> types;
         for (const auto& spType : m_Offered)
             types.push_back(spType->Get());
@@ -58,14 +61,17 @@ public:
 
     HRESULT Commit(bool bCommit) {
         if (!m_spAllocator) return VFW_E_NOT_CONNECTED;
-        return bCommit ? m_spAllocator->Commit() : m_spAllocator->Decommit();
+        return bCommit ? SEH_IMemAllocator::Commit(m_spAllocator.Get())
+                       : SEH_IMemAllocator::Decommit(m_spAllocator.Get());
     }
 
     /// One frame. \return S_OK to go on.
     HRESULT DeliverFrame() {
         CComPtr<IMediaSample> spSample;
-        HRESULT hr = m_spAllocator->GetBuffer(spSample.Put(), nullptr, nullptr, 0);
-        if (hr != S_OK) return FailureOf(hr, E_FAIL);
+        IMediaSample* pSample = nullptr;
+        HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spAllocator.Get(), &pSample, nullptr, nullptr, 0);
+        if (hr == S_OK) spSample.Attach(pSample);
+        if (!spSample) return FailureOf(hr, E_FAIL);
         PictureFormat pf;
         if (MT_GetPictureFormat(m_Type.Get(), &pf) < 0) return E_UNEXPECTED;
         hr = m_Source.m_Manners.fill(*spSample, pf);
@@ -107,15 +113,14 @@ private:
                 Set(spOffered, needs, false) == S_OK)
                 return S_OK;
         }
-        CComPtr<CMemoryAllocator> spOwn;
-        hr = CMemoryAllocator::Make(spOwn);
-        return FAILED(hr) ? hr
-                          : Set(spOwn.Get(), needs, m_Source.m_Manners.memory == SourceManners::Memory::OwnReadOnly);
+        CComPtr<IMemAllocator> spOwn;
+        hr = MakeAllocator(spOwn);
+        return FAILED(hr) ? hr : Set(spOwn, needs, m_Source.m_Manners.memory == SourceManners::Memory::OwnReadOnly);
     }
 
     HRESULT Set(CComPtr<IMemAllocator> spAllocator, ALLOCATOR_PROPERTIES needs, bool bReadOnly) {
         ALLOCATOR_PROPERTIES actual;
-        HRESULT hr = spAllocator->SetProperties(&needs, &actual);
+        HRESULT hr = SEH_IMemAllocator::SetProperties(spAllocator.Get(), &needs, &actual);
         if (hr == S_OK) hr = CheckProperties(needs, actual);
         if (hr == S_OK) hr = m_spMemInput->NotifyAllocator(spAllocator.Get(), bReadOnly ? 1 : 0);
         if (hr == S_OK) m_spAllocator = std::move(spAllocator);
@@ -139,6 +144,7 @@ HRESULT CFrameSource::Start() {
     if (FAILED(hr)) return hr;
     m_bEnding = false;
     m_hrOutcome = S_OK;
+    m_bDelivering = true;
     m_Thread = std::thread([this] { Deliver(); });
     return S_OK;
 }
@@ -152,20 +158,31 @@ HRESULT CFrameSource::End() {
 
 void CFrameSource::Deliver() {
     HRESULT hr = S_OK;
-    while (hr == S_OK && !m_bEnding) {
-        const std::lock_guard lock(m_Delivering);
-        hr = m_spPin->DeliverFrame();
+    while (hr == S_OK && !m_bEnding)
+        hr = DeliverFrame();
+    if (!m_bEnding) {
+        if (FAILED(hr)) m_hrOutcome = hr;
+        if (const CComPtr<IPin> spPeer = m_spPin->Peer()) static_cast<void>(spPeer->EndOfStream());
     }
-    if (m_bEnding) return;
-    if (FAILED(hr)) m_hrOutcome = hr;
-    if (const CComPtr<IPin> spPeer = m_spPin->Peer()) static_cast<void>(spPeer->EndOfStream());
+    m_bDelivering = false;
+    m_bDelivering.notify_all();
+}
+
+HRESULT CFrameSource::DeliverFrame() {
+    CAutoLock lock(m_csFrame);
+    const HRESULT hr = m_spPin->DeliverFrame();
+    if (hr == S_OK) ++m_nAccepted;
+    // What a flush has emptied out is no end.
+    return m_bFlushing ? S_OK : hr;
 }
 
 HRESULT CFrameSource::Flush() {
     const CComPtr<IPin> spPeer = m_spPin->Peer();
     if (!spPeer) return VFW_E_NOT_CONNECTED;
+    m_bFlushing = true;
     static_cast<void>(spPeer->BeginFlush());
-    const std::lock_guard lock(m_Delivering);
+    CAutoLock lock(m_csFrame);
+    m_bFlushing = false;
     static_cast<void>(spPeer->EndFlush());
     return spPeer->NewSegment(0, 0, 1.0);
 }

@@ -2,10 +2,10 @@
 
 #include "host/graph/neighbour.h"
 #include "image/picture_format.h"
+#include "platform/kernel/critical_section.h"
 #include "platform/media/mem_input_pin.h"
 
 #include <functional>
-#include <mutex>
 #include <thread>
 
 namespace vellumcaster {
@@ -17,7 +17,7 @@ struct OfferedStream {
 };
 
 /// How a source behaves towards what it feeds.
-struct SourceManners {
+struct SourceManners : Manners {
     std::vector<OfferedStream> streams; ///< by preference
 
     enum class Memory {
@@ -42,12 +42,19 @@ public:
     [[nodiscard]] CComPtr<IPin> OwnPin() override;
     [[nodiscard]] SourceManners& Manners() { return m_Manners; }
 
-    /// Empties what is on its way and goes on with a new segment, as a seek does. On the control thread.
+    /// Empties what is on its way and goes on with a new segment, as a seek does: what is being delivered may be lost,
+    /// what comes then is not. On the control thread.
     HRESULT Flush();
 
     /// What the last delivery answered that ended the stream before its end; S_OK where none did. After `Stop` or the
     /// end of the stream.
     [[nodiscard]] HRESULT Outcome() const { return m_hrOutcome; }
+
+    /// Waits until nothing more is delivered.
+    void WaitForEnd() const { m_bDelivering.wait(true); }
+
+    /// Frames that were delivered and taken, since the source was made.
+    [[nodiscard]] int AcceptedCount() const { return m_nAccepted; }
 
 protected:
     HRESULT Start() override;
@@ -58,12 +65,16 @@ private:
 
     ~CFrameSource() override;
     void Deliver();
+    HRESULT DeliverFrame();
 
     SourceManners m_Manners;
     CComPtr<CPin> m_spPin;
     std::thread m_Thread;
     std::atomic<bool> m_bEnding = false;
-    std::mutex m_Delivering; ///< held for one frame
+    std::atomic<bool> m_bFlushing = false;
+    CCriticalSection m_csFrame; ///< held for one frame
+    std::atomic<bool> m_bDelivering = false;
+    std::atomic<int> m_nAccepted = 0;
     std::atomic<HRESULT> m_hrOutcome = S_OK;
 };
 

@@ -1,5 +1,6 @@
 #include "host/graph/graph_manager.h"
 
+#include "graph/seh_calls.h"
 #include "platform/com/no_exceptions.h"
 
 #include <algorithm>
@@ -34,8 +35,8 @@ HRESULT CGraph::RemoveFilter(IBaseFilter* pFilter) {
         const CComPtr<IPin> spPin = PinOf(*pFilter, direction);
         CComPtr<IPin> spPeer;
         if (!spPin || spPin->ConnectedTo(spPeer.Put()) != S_OK) continue;
-        spPin->Disconnect();
-        spPeer->Disconnect();
+        static_cast<void>(SEH_IPin::Disconnect(spPin.Get()));
+        static_cast<void>(SEH_IPin::Disconnect(spPeer.Get()));
     }
     const HRESULT hr = pFilter->JoinFilterGraph(nullptr, nullptr);
     m_Filters.erase(entry);
@@ -70,7 +71,7 @@ HRESULT CGraph::ReconnectEx(IPin* ppin, const AM_MEDIA_TYPE* pmt) {
 
     ++m_nReconnections;
     for (const CComPtr<IPin>& spPin : {spOut, spIn}) {
-        hr = spPin->Disconnect();
+        hr = SEH_IPin::Disconnect(spPin.Get());
         if (FAILED(hr)) return hr;
     }
     return spOut->Connect(spIn.Get(), pmt);

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "graph/media_type_enumerator.h"
+#include "graph/memory_allocator.h"
 #include "graph/narrow_text.h"
 #include "graph/pin_enumerator.h"
+#include "host/graph/manners.h"
 #include "platform/com/no_exceptions.h"
 #include "platform/com/task_memory.h"
 #include "platform/media/base_filter.h"
@@ -105,9 +107,14 @@ private:
 template <class... Interfaces>
 class CNeighbourPin : public CUnknownImpl<Interfaces...> {
 public:
-    CNeighbourPin(CNeighbour& filter, PIN_DIRECTION direction, const OLECHAR* pszName)
-        : m_Filter(filter), m_Direction(direction), m_pszName(pszName) {}
+    /// The three outlive the pin.
+    CNeighbourPin(CNeighbour& filter, const Manners& manners, PIN_DIRECTION direction, const OLECHAR* pszName)
+        : m_Filter(filter), m_Manners(manners), m_Direction(direction), m_pszName(pszName) {}
 
+    HRESULT QueryInterface(const GUID& iid, void** ppv) override {
+        if (const auto hr = AnswerInstead(PinCall::QueryInterface)) return *hr;
+        return CUnknownImpl<Interfaces...>::QueryInterface(iid, ppv);
+    }
     HRESULT Connect(IPin*, const AM_MEDIA_TYPE*) override { return E_NOTIMPL; }
     HRESULT ReceiveConnection(IPin*, const AM_MEDIA_TYPE*) override { return E_NOTIMPL; }
     HRESULT ConnectedTo(IPin** ppPin) override {
@@ -129,6 +136,7 @@ public:
     }
     HRESULT QueryDirection(PIN_DIRECTION* pPinDir) override {
         if (!pPinDir) return E_POINTER;
+        if (const auto hr = AnswerInstead(PinCall::QueryDirection)) return *hr;
         *pPinDir = m_Direction;
         return S_OK;
     }
@@ -140,7 +148,20 @@ public:
     HRESULT NewSegment(REFERENCE_TIME, REFERENCE_TIME, double) override { return E_NOTIMPL; }
 
 protected:
+    [[nodiscard]] std::optional<HRESULT> AnswerInstead(PinCall call) const {
+        return m_Manners.answer ? m_Manners.answer(call) : std::nullopt;
+    }
+
+    [[nodiscard]] HRESULT MakeAllocator(CComPtr<IMemAllocator>& sp) const {
+        if (m_Manners.makeAllocator) return m_Manners.makeAllocator(sp);
+        CComPtr<CMemoryAllocator> spOwn;
+        const HRESULT hr = CMemoryAllocator::Make(spOwn);
+        sp = spOwn.Get();
+        return hr;
+    }
+
     CNeighbour& m_Filter;
+    const Manners& m_Manners;
     const PIN_DIRECTION m_Direction;
     const OLECHAR* m_pszName;
     CComPtr<IPin> m_spPeer;

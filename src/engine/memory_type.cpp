@@ -1,6 +1,7 @@
 #include "engine/memory_type.h"
 
 #include "platform/kernel/counters.h"
+#include "platform/kernel/fault_guard.h"
 #include "platform/kernel/trace.h"
 
 #include <algorithm>
@@ -43,14 +44,17 @@ MemoryType DetectMemoryType(BYTE* pBuffer, LONG cbBuffer) {
     if (nWords == 0) return MemoryType::System; // nothing that could be read slowly
     volatile auto* pWords = reinterpret_cast<volatile DWORD*>(pBuffer);
     MemoryTimes times;
-    times.tRead = Measure([&] {
-        for (std::size_t i = 0; i < nWords; ++i)
-            static_cast<void>(pWords[i]);
+    const FaultCode fault = CallGuarded([&] {
+        times.tRead = Measure([&] {
+            for (std::size_t i = 0; i < nWords; ++i)
+                static_cast<void>(pWords[i]);
+        });
+        times.tWrite = Measure([&] {
+            for (std::size_t i = 0; i < nWords; ++i)
+                pWords[i] = 0;
+        });
     });
-    times.tWrite = Measure([&] {
-        for (std::size_t i = 0; i < nWords; ++i)
-            pWords[i] = 0;
-    });
+    if (fault != faultNone) return MemoryType::Unknown;
     const MemoryType type = ClassifyMemory(times);
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                       "[MEMORY DETECT] Write: %i.%04i ms  Read: %i.%04i ms : %s\n",

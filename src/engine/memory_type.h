@@ -21,7 +21,7 @@ struct MemoryTimes {
 [[nodiscard]] MemoryType ClassifyMemory(const MemoryTimes& times);
 
 /// Finds out the kind of a buffer's memory by reading and writing its start, at most 100 KB, whose content is lost.
-/// \param cbBuffer  bytes; 0 and below leave the kind unknown.
+/// \param cbBuffer  bytes; 0 and below leave the kind unknown, and so does memory that cannot be reached.
 [[nodiscard]] MemoryType DetectMemoryType(BYTE* pBuffer, LONG cbBuffer);
 
 } // namespace vellumcaster

@@ -136,7 +136,8 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
 
 void CCoVellumcaster::LeaveReadOnlyInput(FramePass& pass) {
     if (m_nMemoryType == MemoryType::Unknown)
-        m_nMemoryType = m_pfnDetectMemoryType(pass.out.pData, SaturateToInt32(static_cast<std::int64_t>(pass.cbFrame)));
+        m_nMemoryType = m_pfnDetectMemoryType(
+            pass.out.pData, SaturateToInt32(static_cast<std::int64_t>(std::min(pass.cbFrame, pass.out.cb))));
 
     CVirtualBlob& extra = m_spOut->m_blobExtra;
     const bool bAwayFromOutput = m_nMemoryType != MemoryType::System && !extra.IsEmpty();

@@ -7,6 +7,8 @@
 #include "host/graph/frame_source.h"
 #include "host/graph/graph_builder.h"
 #include "host/graph/graph_report.h"
+#include "host/graph/slow_allocator.h"
+#include "host/graph/video_type.h"
 #include "host/interruption.h"
 #include "host/output_file.h"
 #include "host/progress_line.h"
@@ -20,6 +22,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <utility>
 
 namespace vellumcaster {
@@ -33,14 +36,31 @@ std::string NamesOf(std::span<const std::uint32_t> codes) {
     return names;
 }
 
-/// The format to mix in, by the name that was asked for.
-std::uint32_t ChoosePixels(const std::optional<std::string>& wanted, ChromaLayout layout) {
-    if (!wanted) return CFrameCarrier::OwnFormat(layout);
+/// The format of a name that was asked for.
+std::uint32_t PixelsByName(const std::string& option, const std::string& name) {
     const std::span<const std::uint32_t> carried = CFrameCarrier::CarriedFormats();
-    const std::uint32_t code = CPictureFormats::FormatFromName(FromUtf8(*wanted).c_str());
+    const std::uint32_t code = CPictureFormats::FormatFromName(FromUtf8(name).c_str());
     if (std::find(carried.begin(), carried.end(), code) != carried.end()) return code;
-    throw Refusal("--pixels " + *wanted + ": there is no such pixel format; a clip can be mixed in " +
-                  NamesOf(carried));
+    throw Refusal(option + name + ": there is no such pixel format; a clip can be mixed in " + NamesOf(carried));
+}
+
+/// The part of a stream in one format: from a frame on, until the next one begins.
+struct Stretch {
+    std::int64_t nFirst = 0;
+    std::unique_ptr<CFrameCarrier> spCarrier;
+};
+
+std::vector<Stretch> MakeStretches(const StreamShape& shape, const Y4mHeader& header) {
+    std::vector<Stretch> stretches;
+    const auto add = [&](std::int64_t nFirst, std::uint32_t dwFormat) {
+        stretches.push_back({nFirst, std::make_unique<CFrameCarrier>(header, dwFormat, shape.bBottomUp)});
+    };
+    add(0, shape.pixels ? PixelsByName("--pixels ", *shape.pixels) : CFrameCarrier::OwnFormat(header.layout));
+    for (const PixelSwitch& change : shape.switches)
+        add(change.nFrame, PixelsByName("--switch " + std::to_string(change.nFrame) + ":", change.pixels));
+    const auto byFirst = [](const Stretch& a, const Stretch& b) { return a.nFirst < b.nFirst; };
+    std::stable_sort(stretches.begin(), stretches.end(), byFirst);
+    return stretches;
 }
 
 /// When a frame is shown, in units of 100 ns from the start of the clip.
@@ -54,10 +74,7 @@ REFERENCE_TIME TimeOfFrame(std::int64_t nFrame, const FrameRate& rate) {
 class CClipPass {
 public:
     CClipPass(const ClipRun& run, CY4mReader& reader, COutputFile& output)
-        : m_Run(run),
-          m_Reader(reader),
-          m_Output(output),
-          m_Carrier(reader.Header(), ChoosePixels(run.pixels, reader.Header().layout)) {
+        : m_Run(run), m_Reader(reader), m_Output(output), m_Stretches(MakeStretches(run.stream, reader.Header())) {
         Connect();
         for (const auto& item : run.items)
             std::visit([this](const auto& kind) { Add(kind); }, item);
@@ -86,14 +103,31 @@ private:
         if (FAILED(hr)) throw Refusal(sentence);
     }
 
+    [[nodiscard]] CFrameCarrier& Carrier() { return *m_Stretches[m_nStretch].spCarrier; }
+
+    [[nodiscard]] OfferedStream Stream() {
+        const auto& rate = m_Reader.Header().rate;
+        return {Carrier().StreamFormat(), rate ? TimeOfFrame(1, *rate) : 0};
+    }
+
     void Connect() {
-        const REFERENCE_TIME avgTimePerFrame = m_Reader.Header().rate ? TimeOfFrame(1, *m_Reader.Header().rate) : 0;
+        const FrameMemory memory = m_Run.stream.memory;
+        const bool bReadOnly = memory == FrameMemory::ReadOnly || memory == FrameMemory::Slow;
+        std::size_t cbFrame = 0; // of the largest, whichever format the stream comes to
+        for (const Stretch& stretch : m_Stretches)
+            cbFrame = std::max(cbFrame, stretch.spCarrier->StreamFrame().size());
+
         SourceManners source;
-        source.streams = {{m_Carrier.StreamFormat(), avgTimePerFrame}};
+        source.streams = {Stream()};
+        source.memory = bReadOnly ? SourceManners::Memory::OwnReadOnly : SourceManners::Memory::Offered;
+        source.needs.cbBuffer = static_cast<LONG>(cbFrame);
         source.fill = [this](IMediaSample& sample, const PictureFormat&) {
             return Guard([&] { return FillFrame(sample); });
         };
         SinkManners sink;
+        sink.bInsistsOnItsMemory = memory == FrameMemory::Copied;
+        sink.needs.cbBuffer = static_cast<LONG>(cbFrame);
+        if (memory == FrameMemory::Slow) sink.makeAllocator = MakeSlowAllocator;
         sink.take = [this](IMediaSample& sample, const PictureFormat&) {
             return Guard([&] { return TakeMixedFrame(sample); });
         };
@@ -110,7 +144,8 @@ private:
     void Add(const SavedStack& stack) { AddSavedStack(m_spFilter->Engine(), stack); }
 
     void Add(const Panel& panel) {
-        OverlayItem item = MakeFlatItem(panel, m_Carrier.StreamFormat().dwFormat);
+        if (m_Stretches.size() > 1) throw Refusal("--switch: a panel is made for one pixel format");
+        OverlayItem item = MakeFlatItem(panel, Carrier().StreamFormat().dwFormat);
         Check(m_spFilter->Engine().AddItem(std::move(item), nullptr), "there is no memory for another panel");
     }
 
@@ -126,9 +161,13 @@ private:
     }
 
     HRESULT FillFrame(IMediaSample& sample) {
-        if (!m_Reader.ReadFrame(m_FrameLine, m_Carrier.ClipFrame())) return S_FALSE;
-        m_Carrier.ClipToStream();
-        const std::span<std::uint8_t> frame = m_Carrier.StreamFrame();
+        const std::size_t nFormer = m_nStretch;
+        while (m_nStretch + 1 < m_Stretches.size() && m_Stretches[m_nStretch + 1].nFirst == m_nFrame)
+            ++m_nStretch;
+        if (!m_Reader.ReadFrame(m_FrameLine, Carrier().ClipFrame())) return S_FALSE;
+        if (m_nStretch != nFormer) TellType(sample);
+        Carrier().ClipToStream();
+        const std::span<std::uint8_t> frame = Carrier().StreamFrame();
         std::memcpy(DataOf(sample, frame.size()), frame.data(), frame.size());
         sample.SetActualDataLength(static_cast<LONG>(frame.size()));
         Stamp(sample);
@@ -136,16 +175,25 @@ private:
     }
 
     HRESULT TakeMixedFrame(IMediaSample& sample) {
-        const std::span<std::uint8_t> frame = m_Carrier.StreamFrame();
+        const std::span<std::uint8_t> frame = Carrier().StreamFrame();
         std::memcpy(frame.data(), DataOf(sample, frame.size()), frame.size());
-        m_Carrier.StreamToClip();
+        Carrier().StreamToClip();
         m_FrameLine += '\n';
         m_Output.Write(m_FrameLine);
-        m_Output.Write(m_Carrier.ClipFrame());
+        m_Output.Write(Carrier().ClipFrame());
         for (const Snapshot& snapshot : m_Run.snapshots)
-            if (snapshot.nFrame == m_nFrame) WriteSnapshot(snapshot.path, m_Reader.Header(), m_Carrier.ClipFrame());
+            if (snapshot.nFrame == m_nFrame) WriteSnapshot(snapshot.path, m_Reader.Header(), Carrier().ClipFrame());
         m_Progress.Show(++m_nFrame);
         return S_OK;
+    }
+
+    /// The stream's new type travels with the first sample in it.
+    void TellType(IMediaSample& sample) {
+        const OfferedStream stream = Stream();
+        CMediaTypeHolder type;
+        HRESULT hr = MakeVideoType(stream.pf, stream.avgTimePerFrame, *type.Put());
+        if (SUCCEEDED(hr)) hr = sample.SetMediaType(type.Get());
+        Check(hr, "there is no memory for a media type");
     }
 
     static BYTE* DataOf(IMediaSample& sample, std::size_t cb) {
@@ -165,7 +213,8 @@ private:
     const ClipRun& m_Run;
     CY4mReader& m_Reader;
     COutputFile& m_Output;
-    CFrameCarrier m_Carrier;
+    const std::vector<Stretch> m_Stretches;
+    std::size_t m_nStretch = 0;
     CProgressLine m_Progress;
     std::int64_t m_nFrame = 0;
     std::string m_FrameLine;

@@ -5,8 +5,8 @@
 #include "host/picture.h"
 #include "host/saved_stack.h"
 #include "host/snapshot.h"
+#include "host/stream_shape.h"
 
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -19,8 +19,8 @@ struct ClipRun {
     std::string output = "-";                                             ///< "-" is standard output
     std::vector<std::variant<Panel, Picture, Caption, SavedStack>> items; ///< from the bottom up
     std::vector<Snapshot> snapshots;
-    bool bShowGraph = false;           ///< on standard error, when the clip has run
-    std::optional<std::string> pixels; ///< the name of the pixel format to mix in; none: the clip's own
+    bool bShowGraph = false; ///< on standard error, when the clip has run
+    StreamShape stream;
 };
 
 /// Keeps the stack of a run in a file, without a clip. A `Refusal` says why that cannot be, as for a panel, which is

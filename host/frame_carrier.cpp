@@ -48,15 +48,16 @@ std::span<const std::uint32_t> CFrameCarrier::CarriedFormats() { return carriedF
 
 std::uint32_t CFrameCarrier::OwnFormat(ChromaLayout layout) { return layout == ChromaLayout::Planar420 ? I420 : YUY2; }
 
-CFrameCarrier::CFrameCarrier(const Y4mHeader& header, std::uint32_t dwFormat) : m_Header(header) {
+CFrameCarrier::CFrameCarrier(const Y4mHeader& header, std::uint32_t dwFormat, bool bBottomUp) : m_Header(header) {
     const std::uint32_t dwOwn = OwnFormat(header.layout);
     for (const std::uint32_t code : Way(dwOwn, dwFormat))
-        AddStage(code);
+        AddStage(code, bBottomUp && code == dwFormat);
     if (dwOwn == YUY2) Take(m_blobPlanes, FrameSize(header));
 }
 
-void CFrameCarrier::AddStage(std::uint32_t dwFormat) {
-    const LONG height = CPictureFormats::IsRgbFormat(dwFormat) ? -m_Header.height : m_Header.height;
+void CFrameCarrier::AddStage(std::uint32_t dwFormat, bool bBottomUp) {
+    const bool bTopDownRgb = CPictureFormats::IsRgbFormat(dwFormat) && !bBottomUp;
+    const LONG height = bTopDownRgb ? -m_Header.height : m_Header.height;
     Stage stage{{dwFormat, m_Header.width, height, static_cast<std::uint32_t>(m_Header.width)}, {}};
     const std::size_t cb = CPictureFormats::GetBufferSize(stage.pf);
     if (cb == 0)

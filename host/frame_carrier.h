@@ -16,7 +16,8 @@ class CFrameCarrier {
 public:
     /// \param dwFormat  one of `CarriedFormats`. A `Refusal` where the clip's geometry does not fit it, or there is no
     ///        memory.
-    CFrameCarrier(const Y4mHeader& header, std::uint32_t dwFormat);
+    /// \param bBottomUp  where the stream's frames are RGB, they have their bottom row first.
+    CFrameCarrier(const Y4mHeader& header, std::uint32_t dwFormat, bool bBottomUp = false);
 
     /// The formats that a clip can be carried in.
     [[nodiscard]] static std::span<const std::uint32_t> CarriedFormats();
@@ -39,7 +40,7 @@ private:
         CVirtualBlob blob;
     };
 
-    void AddStage(std::uint32_t dwFormat);
+    void AddStage(std::uint32_t dwFormat, bool bBottomUp);
     static void Convert(Stage& from, Stage& to);
     void PackClip();
     void UnpackClip();

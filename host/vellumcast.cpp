@@ -39,6 +39,14 @@ constexpr const char* pszPixelsHelp =
     "The pixel format to mix in: I420, YV12, YUY2, UYVY, YVYU, RGB32, RGB24 or ARGB32. Where it is not the clip's own "
     "sampling, each frame is converted and back.";
 
+constexpr const char* pszSwitchHelp =
+    "N:FORMAT: from frame N on the stream is in another pixel format. Again for more.";
+
+constexpr const char* pszMemoryHelp =
+    "Whose memory the frames are in: passed, one for both sides of the filter, so that nothing is copied; copied, the "
+    "sink's own; read-only, the source's, which may not be drawn on; slow, so, and the sink's is slow to read. The "
+    "pictures are the same.";
+
 constexpr const char* pszStackHelp =
     "The items of a saved stack, on top of those before; a picture whose file is gone is left out. Again for more.";
 
@@ -88,7 +96,12 @@ void Describe(CLI::App& app, ClipRun& run, Wishes& wishes) {
     app.add_option("--save-stack", wishes.saveStack, pszSaveStackHelp);
     app.add_option("--show-stack", wishes.showStack, "Prints a saved stack as a table, and does nothing else");
     app.footer(std::string("Fields of a text: ") + pszCaptionFields + ".");
-    app.add_option("--pixels", run.pixels, pszPixelsHelp);
+    app.add_option("--pixels", run.stream.pixels, pszPixelsHelp);
+    app.add_flag("--bottom-up", run.stream.bBottomUp, "Frames in RGB come with their bottom row first");
+    AddRepeated(app, "--switch", pszSwitchHelp,
+                [&run](const std::string& text) { run.stream.switches.push_back(ParsePixelSwitch(text)); });
+    app.add_option_function<std::string>(
+        "--memory", [&run](const std::string& text) { run.stream.memory = ParseFrameMemory(text); }, pszMemoryHelp);
     AddRepeated(app, "--snapshot", "N:FILE.png keeps frame N, counted from 0, as a picture",
                 [&run](const std::string& text) { run.snapshots.push_back(ParseSnapshot(text)); });
 }

@@ -79,11 +79,12 @@ HRESULT CGraph::ReconnectEx(IPin* ppin, const AM_MEDIA_TYPE* pmt) {
 
 template <class Change>
 HRESULT CGraph::ForEachFromDownstream(const Change& change) {
-    for (auto entry = m_Filters.rbegin(); entry != m_Filters.rend(); ++entry) {
-        const HRESULT hr = change(*entry->spFilter);
-        if (FAILED(hr)) return hr;
-    }
-    return S_OK;
+    HRESULT hr = S_OK;
+    static_cast<void>(std::find_if(m_Filters.rbegin(), m_Filters.rend(), [&](const Entry& entry) {
+        hr = change(*entry.spFilter);
+        return FAILED(hr);
+    }));
+    return FAILED(hr) ? hr : S_OK;
 }
 
 HRESULT CGraph::Pause() {

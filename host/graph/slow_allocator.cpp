@@ -77,7 +77,8 @@ private:
         range.mode = UFFDIO_REGISTER_MODE_MISSING;
         // Where one of the descriptors could not be had, these fail.
         if (m_End.Get() < 0 || ioctl(m_Faults.Get(), UFFDIO_API, &api) != 0) return false;
-        if (madvise(reinterpret_cast<void*>(pages.first), pages.cb, MADV_DONTNEED) != 0) return false;
+        auto* const pFirst = reinterpret_cast<void*>(pages.first); // NOLINT(performance-no-int-to-ptr)
+        if (madvise(pFirst, pages.cb, MADV_DONTNEED) != 0) return false;
         if (ioctl(m_Faults.Get(), UFFDIO_REGISTER, &range) != 0) return false;
         m_Thread = std::thread([this] { BringPages(); });
         return true;

@@ -3,6 +3,7 @@
 #include "platform/com/unknown_impl.h"
 #include "platform/media/graph_results.h"
 
+#include <limits>
 #include <new>
 
 namespace vellumcaster {
@@ -36,8 +37,9 @@ public:
     /// \return S_OK; S_FALSE when the end comes first, and then the walk stays where it is; a failure.
     HRESULT Skip(ULONG c) override {
         if (m_bOutOfSync) return VFW_E_ENUM_OUT_OF_SYNC;
-        const ULONG nLast = c == 0 ? m_nPlace : m_nPlace + c - 1;
-        const HRESULT hr = This().ElementAt(nLast, nullptr);
+        const std::uint64_t nLast = c == 0 ? m_nPlace : std::uint64_t{m_nPlace} + c - 1;
+        if (nLast > std::numeric_limits<ULONG>::max()) return S_FALSE;
+        const HRESULT hr = This().ElementAt(static_cast<ULONG>(nLast), nullptr);
         if (hr == S_OK) m_nPlace += c;
         return hr;
     }

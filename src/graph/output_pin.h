@@ -110,7 +110,7 @@ public:
         if (hr == S_FALSE)
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
                               "%s: SendSample(): m_spMemInput->Receive()=S_FALSE\n", this->DisplayName());
-        else if (FAILED(hr))
+        if (FAILED(hr))
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                               "###Err### %s: SendSample(): m_spMemInput->Receive()=0x%X\n", this->DisplayName(), hr);
         return hr;

@@ -84,6 +84,54 @@ TEST_F(FilterInGraph, IsNotConnectedWhereDownstreamTakesNoMemory) {
     EXPECT_EQ(m_spFilter->State(), State_Stopped);
 }
 
+/// One call that a neighbour refuses, and what comes of it.
+struct Refusal {
+    const char* pszName;
+    PinCall call;
+    HRESULT hr;
+    HRESULT hrBuilt;   ///< what the connections end with
+    HRESULT hrOutcome; ///< with what the stream ends, where there is one
+    bool bBySource;
+};
+
+TEST_F(FilterInGraph, BearsARefusalOrEndsWithIt) {
+    const Refusal refusals[] = {
+        {"no direction", PinCall::QueryDirection, E_FAIL, VFW_E_INVALID_DIRECTION, S_OK, false},
+        {"no types of its own", PinCall::EnumMediaTypes, E_NOTIMPL, S_OK, S_OK, false},
+        {"no type is taken", PinCall::QueryAccept, S_FALSE, VFW_E_NO_ACCEPTABLE_TYPES, S_OK, false},
+        {"no connection", PinCall::ReceiveConnection, E_ABORT, VFW_E_NO_ACCEPTABLE_TYPES, S_OK, false},
+        {"a connection that is none", PinCall::ReceiveConnection, S_FALSE, VFW_E_NO_ACCEPTABLE_TYPES, S_OK, false},
+        {"no samples", PinCall::QueryInterface, E_NOINTERFACE, E_NOINTERFACE, S_OK, false},
+        {"no allocator", PinCall::GetAllocator, VFW_E_NO_ALLOCATOR, S_OK, S_OK, false},
+        {"an allocator that is none", PinCall::GetAllocator, S_OK, S_OK, S_OK, false},
+        {"no needs", PinCall::GetAllocatorRequirements, E_UNEXPECTED, S_OK, S_OK, false},
+        {"no memory at all", PinCall::NotifyAllocator, VFW_E_BADALIGN, VFW_E_BADALIGN, S_OK, false},
+        {"no frames", PinCall::Receive, VFW_E_TIMEOUT, S_OK, VFW_E_TIMEOUT, false},
+        {"no end", PinCall::EndOfStream, E_FAIL, S_OK, S_OK, false},
+        {"upstream has no direction", PinCall::QueryDirection, E_FAIL, VFW_E_INVALID_DIRECTION, S_OK, true},
+        {"upstream would not change", PinCall::QueryAccept, S_FALSE, VFW_E_NO_ACCEPTABLE_TYPES, S_OK, true},
+        {"upstream has no types", PinCall::EnumMediaTypes, E_ABORT, E_ABORT, S_OK, true},
+    };
+    for (const Refusal& refusal : refusals) {
+        SCOPED_TRACE(refusal.pszName);
+        m_spGraph->Clear();
+        m_nFilled = m_nTaken = 0;
+        const auto refuse = [refusal](PinCall call) {
+            return call == refusal.call ? std::optional(refusal.hr) : std::nullopt;
+        };
+        m_Source.answer = m_Sink.answer = nullptr;
+        (refusal.bBySource ? m_Source.answer : m_Sink.answer) = refuse;
+        EXPECT_EQ(Build(), refusal.hrBuilt);
+        EXPECT_EQ(m_spFilter->m_spOut->IsConnected(), refusal.hrBuilt == S_OK);
+        if (refusal.hrBuilt != S_OK) continue;
+        ASSERT_EQ(m_spGraph->Run(), S_OK);
+        m_spSource->WaitForEnd();
+        ASSERT_EQ(m_spGraph->Stop(), S_OK);
+        EXPECT_EQ(m_spSource->Outcome(), refusal.hrOutcome);
+        EXPECT_EQ(m_nTaken, refusal.hrOutcome == S_OK ? m_nFrames : 0);
+    }
+}
+
 TEST_F(FilterInGraph, HasOneTypeOnBothSides) {
     m_Source.streams = {{{format_code::RGB565, 16, 4, 16}, 0}, // not taken by the filter
                         {{format_code::YUY2, 16, 4, 16}, 0},   // not by the sink

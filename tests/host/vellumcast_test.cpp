@@ -167,6 +167,25 @@ TEST_F(Vellumcast, CarriesAClipInEveryFormat) {
     }
 }
 
+TEST_F(Vellumcast, DrawsAlikeWhateverTheMemoryAndTheRowOrder) {
+    Write("in.y4m", Clip("C420 F25:1", 6, cb420));
+    const std::string items = "in.y4m out.y4m --timecode x=2,y=1,height=6,color=#FFFF00 --snapshot 5:s.png";
+    for (const std::string pixels : {"", " --pixels RGB32", " --pixels RGB24 --switch 3:YUY2 --switch 4:RGB32"}) {
+        ASSERT_EQ(Run(items + pixels).status, 0);
+        const std::string expected = Read("out.y4m");
+        ASSERT_NE(expected, Read("in.y4m"));
+        for (const std::string way : {"copied", "read-only", "slow", "copied --bottom-up", "slow --bottom-up"}) {
+            const Outcome outcome = Run(items + pixels + " --memory " + way);
+            // Where a program may not serve its own pages there is no slow memory.
+            if (way.starts_with("slow") && outcome.errors == "vellumcast: the graph does not run\n") continue;
+            ASSERT_EQ(outcome.status, 0) << outcome.errors;
+            EXPECT_TRUE(Read("out.y4m") == expected) << way << pixels;
+        }
+    }
+    ASSERT_EQ(Shell("\"$V\" in.y4m out.y4m --graph --memory read-only 2> graph.txt").status, 0);
+    EXPECT_THAT(Read("graph.txt"), testing::HasSubstr("Source.Frames -> Overlay.In  I420 16x8, 25.000 frames/s\n"));
+}
+
 TEST_F(Vellumcast, StacksPanelsAndImagesInTheOrderOfTheCommandLine) {
     constexpr std::string_view blue("BM\x46\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\2\0\0\0\2\0\0\0\1\0\x18\0\0\0\0\0\0\0\0\0"
                                     "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\xff\0\0\xff\0\0\0\0\xff\0\0\xff\0\0\0\0",
@@ -259,6 +278,10 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
         {"\"$V\" good.y4m out.y4m --snapshot x:p.png", "what is wanted is N:FILE.png"},
         {"\"$V\" good.y4m out.y4m --pixels RGB9", "there is no such pixel format"},
         {"\"$V\" good.y4m out.y4m --pixels ''", "there is no such pixel format"},
+        {"\"$V\" good.y4m out.y4m --switch 0:YUY2", "what is wanted is N:FORMAT"},
+        {"\"$V\" good.y4m out.y4m --switch 1:RGB9", "--switch 1:RGB9: there is no such pixel format"},
+        {"\"$V\" good.y4m out.y4m --switch 1:YUY2 --panel 1,2,2,2,#FF0000", "a panel is made for one pixel format"},
+        {"\"$V\" good.y4m out.y4m --memory mine", "what is wanted is passed, copied"},
         {"\"$V\" good.y4m out.y4m --panel 1,2", "--panel 1,2: what is wanted is"},
         {"\"$V\" good.y4m out.y4m --unknown", "--unknown"},
         {"\"$V\" good.y4m out.y4m third", "third"},

@@ -35,7 +35,7 @@ HRESULT ReadPassage(IStream* pstm, Passage& passage, CComPtr<IUnknown>& spWritte
     const HRESULT hr = pstm->Read(&passage, sizeof passage, &cb);
     if (FAILED(hr)) return hr;
     if (cb != sizeof passage || passage.nSecret != Secret()) return E_INVALIDARG;
-    spWritten = reinterpret_cast<IUnknown*>(static_cast<std::uintptr_t>(passage.nPointer));
+    spWritten = reinterpret_cast<IUnknown*>(std::uintptr_t{passage.nPointer}); // NOLINT(performance-no-int-to-ptr)
     return S_OK;
 }
 

@@ -72,9 +72,9 @@ HRESULT CCoFrameMixer::Load(IStream* pStm) {
     return hr;
 }
 
-HRESULT CCoFrameMixer::ReconnectInFormat(std::uint32_t dwFormat) {
+std::optional<HRESULT> CCoFrameMixer::ReconnectInFormat(std::uint32_t dwFormat) {
     CAutoLock lock(m_Engine.ItemLock());
-    if (!HasFormat()) return S_FALSE;
+    if (!HasFormat()) return {};
     if (dwFormat != m_desc.dwFormat) return VFW_E_TYPE_NOT_ACCEPTED;
     m_fccDesired = dwFormat;
     return S_OK;

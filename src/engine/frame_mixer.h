@@ -38,7 +38,7 @@ private:
     [[nodiscard]] bool HasFormat() const { return m_desc.dwFormat != 0; }
 
     bool IsStopped() const override { return !m_bRunning; }
-    HRESULT ReconnectInFormat(std::uint32_t dwFormat) override;
+    std::optional<HRESULT> ReconnectInFormat(std::uint32_t dwFormat) override;
     HRESULT Reconnect() override;
     void MarkUnsaved() override { m_Engine.MarkDirty(); }
 

@@ -37,8 +37,7 @@ HRESULT CStreamDemands::SetColorSpace(BSTR bsFourccDesired) {
         if (!IsStopped()) return VFW_E_NOT_STOPPED;
         if (std::find(demandableFormats.begin(), demandableFormats.end(), fcc) == demandableFormats.end())
             return VFW_E_TYPE_NOT_ACCEPTED;
-        const HRESULT hr = ReconnectInFormat(fcc);
-        if (hr != S_FALSE) return hr;
+        if (const std::optional<HRESULT> hr = ReconnectInFormat(fcc)) return *hr;
     }
     m_fccDesired = fcc;
     MarkUnsaved();

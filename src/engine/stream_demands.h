@@ -3,6 +3,7 @@
 #include <vellumcaster/results.h>
 
 #include <atomic>
+#include <optional>
 
 namespace vellumcaster {
 
@@ -34,9 +35,9 @@ protected:
 
     [[nodiscard]] virtual bool IsStopped() const = 0;
     /// Brings what is connected to a format; where the neighbours take it, it becomes the demand before they connect anew.
-    /// \return S_FALSE: nothing is connected; VFW_E_TYPE_NOT_ACCEPTED where a neighbour does not take the format; else
+    /// \return nothing where nothing is connected; VFW_E_TYPE_NOT_ACCEPTED where a neighbour does not take the format; else
     ///         what the reconnection answers.
-    virtual HRESULT ReconnectInFormat(std::uint32_t dwFormat) = 0;
+    virtual std::optional<HRESULT> ReconnectInFormat(std::uint32_t dwFormat) = 0;
     /// Connects anew with the type that stands.
     virtual HRESULT Reconnect() = 0;
     /// A change of what an application would want to save.

@@ -79,9 +79,9 @@ void CCoVellumcaster::FollowStream(std::uint32_t dwInput) {
     m_Engine.PrepareItems();
 }
 
-HRESULT CCoVellumcaster::ReconnectInFormat(std::uint32_t dwFormat) {
+std::optional<HRESULT> CCoVellumcaster::ReconnectInFormat(std::uint32_t dwFormat) {
     const CComPtr<IPin> spUpstream = m_spIn->Peer();
-    if (!spUpstream) return S_FALSE;
+    if (!spUpstream) return {};
     CMediaTypeList types;
     static_cast<void>(types.LoadFromPin(spUpstream.Get()));
     const CComPtr<IPin> spDownstream = m_spOut->Peer();

@@ -123,7 +123,7 @@ private:
     void MixAndCopy(const FramePass& pass, IMediaSample& sample);
     void FollowStream(std::uint32_t dwInput);
 
-    HRESULT ReconnectInFormat(std::uint32_t dwFormat) override;
+    std::optional<HRESULT> ReconnectInFormat(std::uint32_t dwFormat) override;
     HRESULT Reconnect() override;
     void MarkUnsaved() override { m_Engine.MarkDirty(); }
 

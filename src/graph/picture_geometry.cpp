@@ -1,11 +1,11 @@
 #include "graph/picture_geometry.h"
 
 #include "image/format_table.h"
+#include "image/guarded_memory.h"
 #include "platform/media/media_type_ids.h"
 #include "platform/media/video_info.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <optional>
 
 namespace vellumcaster {
@@ -24,7 +24,7 @@ template <class Header>
 std::optional<VideoBlock> ReadAs(const AM_MEDIA_TYPE& mt) {
     if (mt.cbFormat < sizeof(Header)) return {};
     Header header;
-    std::memcpy(&header, mt.pbFormat, sizeof header);
+    if (!SEH_CopyMemory(&header, mt.pbFormat, sizeof header)) return {};
     return VideoBlock{header.rcTarget, header.bmiHeader};
 }
 

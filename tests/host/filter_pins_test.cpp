@@ -1,4 +1,5 @@
 #include "host/graph/graph_builder.h"
+#include "support/scripted_peer.h"
 
 #include <gtest/gtest.h>
 
@@ -72,12 +73,13 @@ public:
 
     std::string m_Last;
     HRESULT m_hr = S_FALSE; ///< what every call answers
+    bool m_bFaults = false;
     bool m_bBare = false;
 
 private:
     HRESULT Note(std::string call) {
         m_Last = std::move(call);
-        return m_hr;
+        return m_bFaults ? testing_support::Fault() : m_hr;
     }
 
     PIN_DIRECTION m_Direction;
@@ -255,6 +257,10 @@ TEST_F(FilterPins, OfferSeekingAndPropertiesWhileTheFarSideHasThem) {
     EXPECT_EQ(m_spUpstream->m_Last, "SetPositions null12") << "no argument is looked at";
     EXPECT_EQ(spProperties->Set(GUID{}, 9, nullptr, 0, nullptr, 0), S_FALSE);
     EXPECT_EQ(m_spDownstream->m_Last, "Set 9");
+
+    m_spUpstream->m_bFaults = m_spDownstream->m_bFaults = true;
+    EXPECT_EQ(spSeeking->GetDuration(&duration), E_UNEXPECTED);
+    EXPECT_EQ(spProperties->Set(GUID{}, 9, nullptr, 0, nullptr, 0), E_UNEXPECTED);
 
     m_spFilter->m_spIn->m_spConnected.Set({});
     DWORD dw = 0;

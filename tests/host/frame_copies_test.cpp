@@ -10,6 +10,9 @@ namespace {
 using namespace testing_support;
 using Memory = SourceManners::Memory;
 
+/// In frames: formats of media types are copied by the same operations.
+constexpr double leeway = 0.001;
+
 /// Frames large enough for their memory to be measured.
 class FrameCopies : public FilterInGraph {
 protected:
@@ -51,7 +54,7 @@ TEST_F(FrameCopies, AreAsManyAsTheMemoryOnBothSidesAsksFor) {
         ASSERT_EQ(Build(), S_OK);
         if (way.measure) m_spFilter->m_pfnDetectMemoryType = way.measure;
         AddBox();
-        EXPECT_EQ(CopiesPerFrame(), way.copies);
+        EXPECT_NEAR(CopiesPerFrame(), way.copies, leeway);
         EXPECT_EQ(m_nTaken, m_nFrames);
         EXPECT_FALSE(IsBackground(0, 0));
         EXPECT_TRUE(IsBackground(4, 0));
@@ -74,13 +77,13 @@ TEST_F(FrameCopies, AreTwoIntoMemoryThatIsSlowToRead) {
     ASSERT_EQ(Build(), S_OK);
     ASSERT_EQ(m_spFilter->m_spOut->m_Allocator.GetMode(), CTransInPlaceAllocator::Mode::Downstream);
     AddBox();
-    EXPECT_EQ(CopiesPerFrame(), 2);
+    EXPECT_NEAR(CopiesPerFrame(), 2, leeway);
     EXPECT_EQ(m_spFilter->m_nMemoryType, MemoryType::Video) << "measured, not told";
     EXPECT_FALSE(IsBackground(0, 0));
     EXPECT_TRUE(IsBackground(4, 0));
 
     m_nFilled = m_nTaken = 0;
-    EXPECT_EQ(CopiesPerFrame(), 2) << "the measure stands as long as the connection does";
+    EXPECT_NEAR(CopiesPerFrame(), 2, leeway) << "the measure stands as long as the connection does";
 }
 
 } // namespace

@@ -1,9 +1,12 @@
 #include "platform/com/bstr.h"
+#include "platform/com/free_threaded_marshaler.h"
+#include "platform/com/memory_stream.h"
 #include "platform/com/unknown_impl.h"
 #include "platform/com/utf8.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <string>
 
@@ -69,6 +72,58 @@ TEST(CountedObject, IsOneObjectUnderAllItsInterfacesAndLivesAsLongAsOneReference
     EXPECT_EQ(nAlive, 1);
     spSecond.Reset();
     EXPECT_EQ(nAlive, 0);
+}
+
+TEST(FreeThreadedMarshaler, TakesAPointerThroughAStream) {
+    int nAlive = 0;
+    const CComPtr<CObject> sp = MakeCounted<CObject>(&nAlive);
+    CComPtr<IUnknown> spMarshaler;
+    CComPtr<IMarshal> spMarshal;
+    ASSERT_EQ(CoCreateFreeThreadedMarshaler(static_cast<IFirst*>(sp.Get()), spMarshaler.Put()), S_OK);
+    ASSERT_EQ(spMarshaler->QueryInterface(IMarshal::IID, reinterpret_cast<void**>(spMarshal.Put())), S_OK);
+    CComPtr<IFirst> spWhole;
+    EXPECT_EQ(spMarshal->QueryInterface(IFirst::IID, reinterpret_cast<void**>(spWhole.Put())), S_OK)
+        << "it speaks for the whole";
+    const auto counts = [&] { return sp->AddRef(), sp->Release(); };
+    const ULONG cBefore = counts();
+
+    const struct {
+        MSHLFLAGS flags;
+        ULONG cWritten; ///< references that stand in the stream
+        int nReads;
+    } ways[] = {{MSHLFLAGS_NORMAL, 1, 1}, {MSHLFLAGS_TABLESTRONG, 1, 3}, {MSHLFLAGS_TABLEWEAK, 0, 3}};
+    for (const auto& way : ways) {
+        CComPtr<IStream> spStream;
+        ASSERT_EQ(CreateMemoryStream({}, spStream.Put()), S_OK);
+        EXPECT_EQ(spMarshal->MarshalInterface(spStream.Get(), IFirst::IID, static_cast<IFirst*>(sp.Get()),
+                                              MSHCTX_INPROC, nullptr, way.flags),
+                  S_OK);
+        EXPECT_EQ(counts(), cBefore + way.cWritten);
+        for (int i = 0; i < way.nReads; ++i) {
+            CComPtr<ISecond> spRead;
+            spStream->Seek(0, STREAM_SEEK_SET, nullptr);
+            EXPECT_EQ(
+                spMarshal->UnmarshalInterface(spStream.Get(), ISecond::IID, reinterpret_cast<void**>(spRead.Put())),
+                S_OK);
+            EXPECT_EQ(spRead, static_cast<ISecond*>(sp.Get()));
+        }
+        spStream->Seek(0, STREAM_SEEK_SET, nullptr);
+        if (way.flags != MSHLFLAGS_NORMAL) {
+            EXPECT_EQ(spMarshal->ReleaseMarshalData(spStream.Get()), S_OK);
+        }
+        EXPECT_EQ(counts(), cBefore) << way.flags;
+    }
+
+    const std::array<BYTE, 64> forged{};
+    CComPtr<IStream> spForged;
+    ASSERT_EQ(CreateMemoryStream(forged, spForged.Put()), S_OK);
+    void* pv = &nAlive;
+    EXPECT_EQ(spMarshal->UnmarshalInterface(spForged.Get(), IFirst::IID, &pv), E_INVALIDARG) << "no pointer of ours";
+    EXPECT_EQ(pv, nullptr);
+    EXPECT_EQ(spMarshal->MarshalInterface(spForged.Get(), IFirst::IID, static_cast<IFirst*>(sp.Get()), MSHCTX_LOCAL,
+                                          nullptr, MSHLFLAGS_NORMAL),
+              E_NOTIMPL)
+        << "no way leads out of the process";
 }
 
 } // namespace

@@ -81,16 +81,15 @@ public:
     }
     CClipPass(const CClipPass&) = delete;
     CClipPass& operator=(const CClipPass&) = delete;
-    ~CClipPass() { m_spGraph->Clear(); }
 
     void Run() {
         m_Output.Write(m_Reader.HeaderLine() + "\n");
-        Check(m_spGraph->Run(), "the graph does not run");
+        Check(m_Graph->Run(), "the graph does not run");
         {
             const CSignalsForOthers others;
             m_spSink->WaitForEnd();
         }
-        static_cast<void>(m_spGraph->Stop());
+        static_cast<void>(m_Graph->Stop());
         if (m_Failure) std::rethrow_exception(m_Failure);
         if (m_Run.bShowGraph) static_cast<void>(std::fputs(DescribeGraph(*m_spFilter).c_str(), stderr));
         Check(m_spSource->Outcome(), "frame " + std::to_string(m_nFrame) + " did not pass the filter");
@@ -134,7 +133,7 @@ private:
         m_spSource = MakeCounted<CFrameSource>(std::move(source));
         m_spSink = MakeCounted<CFrameSink>(std::move(sink));
         Check(CCoVellumcaster::Make(m_spFilter), "there is no memory for the filter");
-        Check(BuildGraph(*m_spGraph, *m_spSource, *m_spFilter, *m_spSink), "the clip's frames do not suit the filter");
+        Check(BuildGraph(*m_Graph, *m_spSource, *m_spFilter, *m_spSink), "the clip's frames do not suit the filter");
     }
 
     void Add(const Picture& picture) { static_cast<void>(AddPicture(m_spFilter->Engine(), picture)); }
@@ -219,10 +218,10 @@ private:
     std::int64_t m_nFrame = 0;
     std::string m_FrameLine;
     std::exception_ptr m_Failure;
-    CComPtr<CGraph> m_spGraph = MakeCounted<CGraph>();
     CComPtr<CFrameSource> m_spSource;
     CComPtr<CFrameSink> m_spSink;
     CComPtr<CCoVellumcaster> m_spFilter;
+    COwnGraph m_Graph; // the last member: no thread of the source outlives what is above
 };
 
 } // namespace

@@ -68,8 +68,9 @@ std::size_t FindOneBlock(const PictureFormat& src, const PictureFormat& dst) {
 HRESULT CopyFrame(const PictureFormat* pDescSrc, const PictureFormat* pDescDst, const BYTE* pSrc, BYTE* pDst) {
     if (!pDescSrc || !pDescDst || !pSrc || !pDst) return E_INVALIDARG;
     if (pDescSrc->dwFormat != pDescDst->dwFormat) return E_FRAME_FORMATS_DIFFER;
-    if (const std::size_t cb = FindOneBlock(*pDescSrc, *pDescDst); cb != 0)
-        return SEH_CopyMemory(pDst, pSrc, cb) ? S_OK : E_UNEXPECTED;
+    const std::size_t cbBlock = FindOneBlock(*pDescSrc, *pDescDst);
+    if (cbBlock != 0 && SEH_CopyMemory(pDst, pSrc, cbBlock)) return S_OK;
+    // A block that faulted is copied as far as its rows can be reached.
     const auto copy = CPictureFormats::IsPlanarFormat(pDescSrc->dwFormat) ? CopyPlanes : CopySinglePlane;
     return copy(*pDescSrc, *pDescDst, pSrc, pDst) ? S_OK : E_UNEXPECTED;
 }

@@ -1,5 +1,7 @@
 #include "image/copy_frame.h"
+
 #include "image/guarded_memory.h"
+#include "image/plane_layout.h"
 #include "support/page_buffer.h"
 
 #include <gtest/gtest.h>
@@ -68,9 +70,15 @@ TEST(CopyFrame, StopsAtARowThatCannotBeReached) {
     std::fill(src.Begin(), src.End(), BYTE{7});
     src.ForbidPage(1);
     const PictureFormat pf{RGB32, 512, -4, 512}; // two rows a page
-    Bytes dst(2 * cbPage, 0);
-    EXPECT_EQ(CopyFrame(&pf, &pf, src.Begin(), dst.data()), E_UNEXPECTED);
-    EXPECT_EQ(std::count(dst.begin(), dst.end(), BYTE{7}), static_cast<std::ptrdiff_t>(cbPage));
+    const PictureFormat withGaps{RGB32, 512, -4, 513};
+    for (const PictureFormat& pfDst : {pf, withGaps}) {
+        Bytes dst(CPictureFormats::GetBufferSize(pfDst), 0);
+        EXPECT_EQ(CopyFrame(&pf, &pfDst, src.Begin(), dst.data()), E_UNEXPECTED);
+        const std::size_t cbRow = pfDst.nStride * 4;
+        for (const std::size_t row : {0, 1})
+            EXPECT_TRUE(std::all_of(&dst[row * cbRow], &dst[row * cbRow + 2048], [](BYTE b) { return b == 7; })) << row;
+    }
+    Bytes dst(cbPage, 0);
     EXPECT_FALSE(SEH_CopyMemory(dst.data(), src.Begin() + cbPage, 1));
     EXPECT_TRUE(SEH_CopyMemory(dst.data(), src.Begin(), cbPage));
 }

@@ -60,7 +60,7 @@ protected:
         EXPECT_GE(sample.GetSize(), static_cast<LONG>(cb));
         std::fill_n(pData, cb, nBackground);
         sample.SetActualDataLength(static_cast<LONG>(cb));
-        REFERENCE_TIME start = m_nFilled * 400000;
+        REFERENCE_TIME start = REFERENCE_TIME{m_nFilled} * 400000;
         REFERENCE_TIME stop = start + 400000;
         sample.SetTime(&start, &stop);
         m_pFilled = pData;
@@ -74,7 +74,7 @@ protected:
         REFERENCE_TIME start = -1;
         REFERENCE_TIME stop = -1;
         EXPECT_EQ(sample.GetTime(&start, &stop), S_OK);
-        EXPECT_EQ(start, m_nTaken * 400000);
+        EXPECT_EQ(start, REFERENCE_TIME{m_nTaken} * 400000);
         EXPECT_EQ(sample.GetActualDataLength(), static_cast<LONG>(CPictureFormats::GetBufferSize(pf)));
         m_bSameMemory = pData == m_pFilled;
         m_Last.assign(pData, pData + sample.GetActualDataLength());

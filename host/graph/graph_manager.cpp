@@ -1,5 +1,6 @@
 #include "host/graph/graph_manager.h"
 
+#include "graph/media_type.h"
 #include "graph/seh_calls.h"
 #include "platform/com/no_exceptions.h"
 
@@ -69,12 +70,16 @@ HRESULT CGraph::ReconnectEx(IPin* ppin, const AM_MEDIA_TYPE* pmt) {
     if (FAILED(hr)) return hr;
     if (direction == PINDIR_INPUT) std::swap(spOut, spIn);
 
+    CMediaTypeHolder former;
+    hr = spOut->ConnectionMediaType(former.Put());
+    if (FAILED(hr)) return hr;
+
     ++m_nReconnections;
-    for (const CComPtr<IPin>& spPin : {spOut, spIn}) {
-        hr = SEH_IPin::Disconnect(spPin.Get());
-        if (FAILED(hr)) return hr;
-    }
-    return spOut->Connect(spIn.Get(), pmt);
+    for (const CComPtr<IPin>& spPin : {spOut, spIn})
+        if (SUCCEEDED(hr)) hr = SEH_IPin::Disconnect(spPin.Get());
+    if (SUCCEEDED(hr)) hr = spOut->Connect(spIn.Get(), pmt);
+    if (FAILED(hr)) static_cast<void>(spOut->Connect(spIn.Get(), former.Get()));
+    return hr;
 }
 
 template <class Change>

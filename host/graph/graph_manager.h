@@ -40,7 +40,8 @@ public:
     HRESULT AddSourceFilterForMoniker(IUnknown*, IUnknown*, const OLECHAR*, IBaseFilter**) override {
         return E_NOTIMPL;
     }
-    /// Breaks a connection and makes it anew before it returns. Where that fails, the pins stay unconnected.
+    /// Breaks a connection and makes it anew before it returns. Where that fails, the former connection is made again,
+    /// if that can be.
     HRESULT ReconnectEx(IPin* ppin, const AM_MEDIA_TYPE* pmt) override;
     HRESULT RenderEx(IPin*, DWORD, DWORD*) override { return E_NOTIMPL; }
 

@@ -119,6 +119,8 @@ public:
 
     HRESULT NotifyAllocator(IMemAllocator* pAllocator, BOOL bReadOnly) override {
         if (!pAllocator) return E_POINTER;
+        VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "%s: IMemInputPin::NotifyAllocator( 0x%X )%s\n",
+                          this->This().DisplayName(), pAllocator, bReadOnly ? ", READ ONLY" : "");
         CAutoLock lock(this->This().m_csPin);
         this->ForgetAllocator();
         const auto spFilter = this->This().m_apFilter;

@@ -144,6 +144,10 @@ TEST_F(FilterInGraph, HasOneTypeOnBothSides) {
     const int nReconnections = m_spGraph->ReconnectionCount();
     ASSERT_EQ(m_spGraph->ReconnectEx(m_spFilter->m_spIn.Get(), nullptr), S_OK);
     EXPECT_EQ(m_spGraph->ReconnectionCount(), nReconnections + 1) << "equal types end it";
+    CMediaTypeHolder unwanted;
+    ASSERT_EQ(MakeVideoType({format_code::YUY2, 16, 4, 16}, 0, *unwanted.Put()), S_OK);
+    EXPECT_EQ(m_spGraph->ReconnectEx(m_spFilter->m_spIn.Get(), unwanted.Get()), VFW_E_TYPE_NOT_ACCEPTED);
+    EXPECT_EQ(m_spFilter->m_spIn->Picture().dwFormat, format_code::UYVY) << "all is as it was";
     RunToEnd();
     EXPECT_EQ(m_nTaken, m_nFrames);
 }

@@ -86,7 +86,7 @@ HRESULT MakeWildType(FuzzedDataProvider& data, AM_MEDIA_TYPE& mt) {
     if (FAILED(MakeVideoType({dwFormat, 16, 16, 16}, 0, *sound.Put()))) return E_FAIL;
     std::vector<BYTE> block = data.ConsumeBytes<BYTE>(data.ConsumeIntegralInRange<std::size_t>(0, 130));
     if (data.ConsumeBool() && block.size() >= sizeof(VIDEOINFOHEADER)) // sides that memory can hold
-        for (const std::size_t offset : {52, 56})
+        for (const std::size_t offset : {52u, 56u})
             block[offset + 1] = block[offset + 2] = block[offset + 3] = 0;
     const GUID kind = data.ConsumeBool() ? FORMAT_VideoInfo : data.ConsumeBool() ? FORMAT_VideoInfo2 : GUID{};
     return MT_Set(mt, data.ConsumeBool() ? MEDIATYPE_Video : GUID{}, sound.Get()->subtype, kind,

@@ -14,6 +14,7 @@
 #include "platform/kernel/trace.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace vellumcaster {
 
@@ -22,7 +23,9 @@ struct CCoVellumcaster::FramePass {
     FrameBuffer in;
     FrameBuffer out;
     FrameBuffer mix; ///< `in`, `out` or the extra buffer
+    std::shared_ptr<CVirtualBlob> spExtra;
     std::size_t cbFrame = 0;
+    DWORD tStart = bTracing ? GetTickCount() : 0;
     CComPtr<IMediaSample> spSampleOut;
 };
 
@@ -102,7 +105,9 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeInput(FramePass& pass, IMediaSampl
 
 CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IMediaSample& sample) {
     IMediaSample* pNew = nullptr;
-    HRESULT hr = SEH_IMemAllocator::GetBuffer(m_spOut->m_Allocator.Get(), &pNew, nullptr, nullptr, 0);
+    // A wait for a buffer may outlast the connection.
+    const CComPtr<IMemAllocator> spAllocator = m_spOut->m_Allocator.Get();
+    HRESULT hr = SEH_IMemAllocator::GetBuffer(spAllocator.Get(), &pNew, nullptr, nullptr, 0);
     if (SUCCEEDED(hr)) pass.spSampleOut.Attach(pNew);
     if (SUCCEEDED(hr) && !pass.spSampleOut) hr = E_UNEXPECTED;
     if (FAILED(hr)) {
@@ -113,10 +118,13 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
         return hr;
     }
     IMediaSample& sampleOut = *pass.spSampleOut;
-    // What came with the incoming sample is told downstream by the copy of its properties.
-    if (ReadOutputType(&sampleOut) != S_OK) ReadOutputType(&sample);
+    static_cast<void>(ReadOutputType(&sampleOut));
     const LONG cbActual = SEH_IMediaSample::GetActualDataLength(&sampleOut);
     pass.cbFrame = ToSize(cbActual != 0 ? cbActual : SEH_IMediaSample::GetSize(&sampleOut));
+
+    static_cast<void>(CSampleCopier::Copy(&sampleOut, &sample, sampleAllButPayload));
+    // A type that came with the incoming sample is told by this one now, and the pin keeps to what is told downstream.
+    static_cast<void>(ReadOutputType(&sampleOut));
 
     BYTE* pOut = nullptr;
     hr = SEH_IMediaSample::GetPointer(&sampleOut, &pOut);
@@ -128,8 +136,6 @@ CCoVellumcaster::Dropped CCoVellumcaster::TakeSeparateOutput(FramePass& pass, IM
     }
     pass.out = BufferOf(sampleOut, pOut, m_spOut->Picture());
     if (m_spIn->IsReadOnly()) LeaveReadOnlyInput(pass);
-
-    static_cast<void>(CSampleCopier::Copy(&sampleOut, &sample, sampleAllButPayload));
     static_cast<void>(SEH_IMediaSample::SetActualDataLength(&sampleOut, FrameDataLength(pass.out.desc)));
     return {};
 }
@@ -139,9 +145,9 @@ void CCoVellumcaster::LeaveReadOnlyInput(FramePass& pass) {
         m_nMemoryType = m_pfnDetectMemoryType(
             pass.out.pData, SaturateToInt32(static_cast<std::int64_t>(std::min(pass.cbFrame, pass.out.cb))));
 
-    CVirtualBlob& extra = m_spOut->m_blobExtra;
-    const bool bAwayFromOutput = m_nMemoryType != MemoryType::System && !extra.IsEmpty();
-    pass.mix = bAwayFromOutput ? FrameBuffer{extra.Data(), extra.Size(), pass.out.desc} : pass.out;
+    pass.spExtra = m_spOut->ExtraBuffer();
+    const bool bAwayFromOutput = m_nMemoryType != MemoryType::System && !pass.spExtra->IsEmpty();
+    pass.mix = bAwayFromOutput ? FrameBuffer{pass.spExtra->Data(), pass.spExtra->Size(), pass.out.desc} : pass.out;
     CopyWholeFrame(pass.in, pass.mix);
 }
 
@@ -157,17 +163,16 @@ HRESULT CCoVellumcaster::ReadOutputType(IMediaSample* pSample) {
 }
 
 void CCoVellumcaster::MixAndCopy(const FramePass& pass, IMediaSample& sample) {
-    [[maybe_unused]] const DWORD tStart = bTracing ? GetTickCount() : 0;
     const PictureFormat& desc = pass.mix.desc;
     const SIZE sizeStream{pass.in.desc.nWidth, SaturateToInt32(RowCount(pass.in.desc))};
     const FrameTimes times = TimesOf(sample);
     m_Painter.SetAvgTimePerFrame(m_spIn->AvgTimePerFrame());
-    m_Painter.SetOutputFormat(pass.out.desc.dwFormat);
 
     CAutoLock lock(m_Engine.ItemLock());
-    // A type may have come with a sample: no plane is read in another format than it was made in.
-    if (m_Painter.InputFormat() != pass.in.desc.dwFormat) FollowStream(pass.in.desc.dwFormat);
-    m_Engine.MixFrame(pass.mix, sizeStream, times);
+    // A type may have come with a sample of either side: no plane is read in another format than it was made in.
+    if (m_Painter.InputFormat() != desc.dwFormat) FollowStream(desc.dwFormat);
+    // On a frame that its buffer does not hold nothing is drawn, but its time goes by.
+    if (FAILED(m_Engine.MixFrame(pass.mix, sizeStream, times))) m_Engine.SkipFrame(sizeStream, times);
     const bool bMixedInInput = pass.mix.pData == pass.in.pData;
     if (pass.out.pData != pass.mix.pData) {
         if (bMixedInInput)
@@ -177,7 +182,7 @@ void CCoVellumcaster::MixAndCopy(const FramePass& pass, IMediaSample& sample) {
                 SEH_CopyMemory(pass.out.pData, pass.mix.pData, std::min({pass.cbFrame, pass.mix.cb, pass.out.cb})));
     }
     VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "[MIX FRAME PERF] %dx%d %s - %d ms.\n", desc.nWidth,
-                      desc.nHeight, CPictureFormats::NameFromFormat(desc.dwFormat), GetTickCount() - tStart);
+                      desc.nHeight, CPictureFormats::NameFromFormat(desc.dwFormat), GetTickCount() - pass.tStart);
 }
 
 } // namespace vellumcaster

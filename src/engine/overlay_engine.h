@@ -104,6 +104,9 @@ public:
     /// \return S_OK; E_INVALIDARG when the buffer is null or smaller than its descriptor says, and nothing was done.
     HRESULT MixFrame(const FrameBuffer& frame, const SIZE& sizeStream, const FrameTimes& times);
 
+    /// A frame goes by on which nothing can be drawn: as `MixFrame`, without the layers.
+    void SkipFrame(const SIZE& sizeStream, const FrameTimes& times);
+
     /// Guards the list, its records and planes. Reentrant; held across a whole frame.
     [[nodiscard]] CCriticalSection& ItemLock() { return m_csItems; }
 
@@ -122,7 +125,11 @@ private:
 
     HRESULT ApplyProps(OverlayItem& item, const OVERLAY_PROPS& props);
     HRESULT ApplyText(OverlayItem& item, const OVERLAY_PROPS& before, BSTR bsText);
+    /// \param pFrame  null: nothing is drawn.
+    void RunItems(const FrameBuffer* pFrame, const SIZE& sizeStream, const FrameTimes& times);
     void CallBack(LONG index, const FrameTimes& times);
+    /// Takes a callback that failed from its item. \param index  where the item was when it was called.
+    void GiveUp(IVellumcasterCallback* pCallback, HRESULT hr, LONG index);
 
     IItemPainter& m_Painter;
     ItemMap m_Items;

@@ -49,30 +49,37 @@ bool CCoVellumcaster::Filter_QueryAccept(int nPinIndex, const AM_MEDIA_TYPE* pmt
 
 HRESULT CCoVellumcaster::Filter_CompleteConnect(int nPinIndex) {
     switch (nPinIndex) {
-    case 0: {
-        const std::uint32_t dwInput = m_spIn->Picture().dwFormat;
-        m_Painter.SetAvgTimePerFrame(m_spIn->AvgTimePerFrame());
-        CAutoLock lock(m_Engine.ItemLock());
-        FollowStream(dwInput);
-        break;
-    }
+    case 0: return CompleteInput();
     case 1: {
-        m_Painter.SetOutputFormat(m_spOut->Picture().dwFormat);
         const HRESULT hr = MakeReconnect(nullptr, m_spIn.Get());
         m_nMemoryType = MemoryType::Unknown;
         return hr;
     }
     default: return E_ABORT;
     }
-    if (m_spOut->IsConnected()) return MakeReconnect(m_spIn->MediaType(), m_spOut.Get());
-    return m_spOut->SetMediaType(m_spIn->MediaType());
+}
+
+HRESULT CCoVellumcaster::CompleteInput() {
+    m_Painter.SetAvgTimePerFrame(m_spIn->AvgTimePerFrame());
+    {
+        CAutoLock lock(m_Engine.ItemLock());
+        FollowStream(m_spIn->Picture().dwFormat);
+    }
+    // The output's connection may have the input connected once more, and the type with it.
+    CMediaTypeHolder type;
+    HRESULT hr = type.Assign(m_spIn->MediaType());
+    if (hr == S_OK)
+        hr = m_spOut->IsConnected() ? MakeReconnect(type.Get(), m_spOut.Get()) : m_spOut->SetMediaType(type.Get());
+    if (hr != S_OK) m_Painter.SetInputFormat(0); // the connection is broken
+    return hr;
 }
 
 void CCoVellumcaster::Filter_BreakConnect(int nPinIndex) {
     CTransInPlaceHooks::Filter_BreakConnect(nPinIndex);
     m_Painter.SetInputFormat(m_spIn->Picture().dwFormat);
-    m_Painter.SetOutputFormat(m_spOut->Picture().dwFormat);
 }
+
+void CCoVellumcaster::Filter_OutputChanged(const PictureFormat& pf) { m_Painter.SetOutputFormat(pf.dwFormat); }
 
 void CCoVellumcaster::FollowStream(std::uint32_t dwInput) {
     m_Painter.SetInputFormat(dwInput);

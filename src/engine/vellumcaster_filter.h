@@ -84,6 +84,9 @@ public:
     /// \return S_OK; what breaks the connection; E_ABORT for any other index.
     HRESULT Filter_CompleteConnect(int nPinIndex);
 
+    /// The output pin has taken another type, or none. With its lock held.
+    void Filter_OutputChanged(const PictureFormat& pf);
+
     /// As the hooks have it; items added from then on are not prepared.
     void Filter_BreakConnect(int nPinIndex);
 
@@ -122,6 +125,7 @@ private:
     HRESULT ReadOutputType(IMediaSample* pSample);
     void MixAndCopy(const FramePass& pass, IMediaSample& sample);
     void FollowStream(std::uint32_t dwInput);
+    HRESULT CompleteInput();
 
     std::optional<HRESULT> ReconnectInFormat(std::uint32_t dwFormat) override;
     HRESULT Reconnect() override;

@@ -40,13 +40,13 @@ HRESULT CBaseFilter::ReconnectPin(IPin* pPin, const AM_MEDIA_TYPE* pmt) {
 }
 
 void CBaseFilter::LeaveGraph() {
-    m_pGraph = nullptr;
+    SetGraph(nullptr);
     m_pEventSink = nullptr;
     m_szName = {};
 }
 
 void CBaseFilter::EnterGraph(IFilterGraph* pGraph, const OLECHAR* pszName) {
-    m_pGraph = pGraph;
+    SetGraph(pGraph);
     CComPtr<IMediaEventSink> spSink;
     if (SUCCEEDED(pGraph->QueryInterface(IMediaEventSink::IID, reinterpret_cast<void**>(spSink.Put()))))
         m_pEventSink = spSink.Get();
@@ -54,8 +54,13 @@ void CBaseFilter::EnterGraph(IFilterGraph* pGraph, const OLECHAR* pszName) {
 }
 
 CComPtr<IFilterGraph> CBaseFilter::Graph() {
-    CAutoLock lock(m_csFilter);
+    CAutoLock lock(m_csGraph);
     return m_pGraph;
+}
+
+void CBaseFilter::SetGraph(IFilterGraph* pGraph) {
+    CAutoLock lock(m_csGraph);
+    m_pGraph = pGraph;
 }
 
 } // namespace vellumcaster

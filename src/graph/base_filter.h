@@ -47,12 +47,17 @@ protected:
     [[nodiscard]] CComPtr<IFilterGraph> Graph();
 
     std::array<char, 128> m_szName{}; ///< UTF-8, ends in a zero
-    IFilterGraph* m_pGraph = nullptr; ///< owns the filter
     IMediaEventSink* m_pEventSink = nullptr;
     CComPtr<IReferenceClock> m_spClock;
     std::atomic<FILTER_STATE> m_State = State_Stopped;
     REFERENCE_TIME m_tStart = 0; ///< of the last `Run`
     CCriticalSection m_csFilter;
+
+private:
+    void SetGraph(IFilterGraph* pGraph);
+
+    CCriticalSection m_csGraph;       ///< guards what follows, which is read with pin locks held
+    IFilterGraph* m_pGraph = nullptr; ///< owns the filter
 };
 
 } // namespace vellumcaster

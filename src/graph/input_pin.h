@@ -8,6 +8,8 @@
 #include "platform/media/media_type_ids.h"
 #include "platform/media/quality_control.h"
 
+#include <atomic>
+
 namespace vellumcaster {
 
 /// Where a filter's input pin is told where notices of quality are to go instead of upstream.
@@ -25,16 +27,13 @@ public:
         return S_OK;
     }
 
-    /// Not counted; null for none.
-    [[nodiscard]] IQualityControl* QualitySink() {
-        CAutoLock lock(This().m_csPin);
-        return m_pQualitySink;
-    }
+    /// Not counted; null for none. Notices come while downstream holds locks of its own: none is taken here.
+    [[nodiscard]] IQualityControl* QualitySink() const { return m_pQualitySink; }
 
 protected:
     ~IInputQualityImpl() = default;
 
-    IQualityControl* m_pQualitySink = nullptr;
+    std::atomic<IQualityControl*> m_pQualitySink = nullptr;
 
 private:
     Pin& This() { return static_cast<Pin&>(*this); }
@@ -79,8 +78,9 @@ public:
     HRESULT Disconnect() override {
         CAutoLock lock(this->m_csPin);
         if (!this->IsConnected()) return S_FALSE;
-        if (this->m_apFilter && !this->m_apFilter->IsStopped()) return VFW_E_NOT_STOPPED;
-        if (this->m_apFilter) this->m_apFilter->Filter_BreakConnect(this->m_nIndex);
+        const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+        if (spFilter && !spFilter->IsStopped()) return VFW_E_NOT_STOPPED;
+        if (spFilter) spFilter->Filter_BreakConnect(this->m_nIndex);
         this->ForgetAllocator();
         this->m_spConnected.Set({});
         ResetStream();
@@ -93,7 +93,7 @@ public:
         {
             CAutoLock lock(this->m_csPin);
             if (this->m_bFlushing) return E_UNEXPECTED;
-            spFilter = this->m_apFilter;
+            spFilter = this->m_apFilter.Get();
         }
         return spFilter ? spFilter->Filter_EndOfStream(this->m_nIndex) : VFW_E_NOT_CONNECTED;
     }
@@ -101,12 +101,14 @@ public:
     HRESULT BeginFlush() override {
         CAutoLock lock(this->m_csPin);
         this->m_bFlushing = true;
-        return this->m_apFilter ? this->m_apFilter->Filter_BeginFlush(this->m_nIndex) : VFW_E_NOT_CONNECTED;
+        const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+        return spFilter ? spFilter->Filter_BeginFlush(this->m_nIndex) : VFW_E_NOT_CONNECTED;
     }
 
     HRESULT EndFlush() override {
         CAutoLock lock(this->m_csPin);
-        const HRESULT hr = this->m_apFilter ? this->m_apFilter->Filter_EndFlush(this->m_nIndex) : VFW_E_NOT_CONNECTED;
+        const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+        const HRESULT hr = spFilter ? spFilter->Filter_EndFlush(this->m_nIndex) : VFW_E_NOT_CONNECTED;
         ResetStream();
         return hr;
     }
@@ -116,17 +118,16 @@ public:
         {
             CAutoLock lock(this->m_csPin);
             m_Segment = {tStart, tStop, dRate};
-            spFilter = this->m_apFilter;
+            spFilter = this->m_apFilter.Get();
         }
         return spFilter ? spFilter->Filter_NewSegment(this->m_nIndex, tStart, tStop, dRate) : VFW_E_NOT_CONNECTED;
     }
 
-    void JoinFilter(Filter& filter) { this->m_apFilter = &filter; }
+    void JoinFilter(Filter& filter) { this->m_apFilter.Set(&filter); }
 
     void LeaveFilter() {
-        CComPtr<Filter> spFormer; // goes when the lock is free
+        const CComPtr<Filter> spFormer = this->m_apFilter.Take(); // goes when the lock is free
         CAutoLock lock(this->m_csPin);
-        std::swap(spFormer, this->m_apFilter);
         ResetStream();
         this->m_pQualitySink = nullptr;
     }
@@ -153,15 +154,16 @@ private:
         PIN_DIRECTION direction = PINDIR_INPUT;
         if (FAILED(SEH_IPin::QueryDirection(pConnector, &direction)) || direction == this->m_Direction)
             return VFW_E_INVALID_DIRECTION;
-        if (this->m_apFilter && !this->m_apFilter->IsStopped()) return VFW_E_NOT_STOPPED;
-        if (!this->QueryAcceptMT(pmt)) return VFW_E_TYPE_NOT_ACCEPTED;
+        const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+        if (spFilter && !spFilter->IsStopped()) return VFW_E_NOT_STOPPED;
+        if (!spFilter || !this->QueryAcceptMT(pmt)) return VFW_E_TYPE_NOT_ACCEPTED;
 
         CMediaTypeHolder kept;
         HRESULT hr = kept.Assign(this->MediaType());
         if (hr == S_OK) hr = this->SetMediaType(pmt);
         if (hr == S_OK) {
             this->m_spConnected.Set(pConnector);
-            hr = this->m_apFilter->Filter_CompleteConnect(this->m_nIndex);
+            hr = spFilter->Filter_CompleteConnect(this->m_nIndex);
             if (hr != S_OK) this->m_spConnected.Set({});
         }
         if (hr != S_OK) static_cast<void>(this->SetMediaType(kept.Get()));

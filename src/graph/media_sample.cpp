@@ -69,7 +69,7 @@ HRESULT CMediaSample::GetTime(REFERENCE_TIME* pTimeStart, REFERENCE_TIME* pTimeE
     }
     if (!(m_dwFlags & AM_SAMPLE_TIMEVALID)) return VFW_E_SAMPLE_TIME_NOT_SET;
     *pTimeStart = m_tStart;
-    *pTimeEnd = m_tStart + 1;
+    *pTimeEnd = NextUnit(m_tStart);
     return VFW_S_NO_STOP_TIME;
 }
 
@@ -107,10 +107,10 @@ HRESULT CMediaSample::GetMediaType(AM_MEDIA_TYPE** ppMediaType) {
 
 HRESULT CMediaSample::SetMediaType(AM_MEDIA_TYPE* pMediaType) {
     CAutoLock lock(m_cs);
-    m_spMediaType.reset();
+    CMediaTypePtr spNew(pMediaType ? MT_Clone(pMediaType) : nullptr); // which may be the one that is held
+    m_spMediaType = std::move(spNew);
     m_dwFlags &= ~DWORD{AM_SAMPLE_TYPECHANGED};
     if (!pMediaType) return S_OK;
-    m_spMediaType.reset(MT_Clone(pMediaType));
     if (!m_spMediaType) return E_OUTOFMEMORY;
     m_dwFlags |= AM_SAMPLE_TYPECHANGED;
     return S_OK;

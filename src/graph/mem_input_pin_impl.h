@@ -40,7 +40,7 @@ public:
                                   This().DisplayName());
                 return S_FALSE;
             }
-            spFilter = This().m_apFilter;
+            spFilter = This().m_apFilter.Get();
             if (!spFilter || spFilter->IsStopped()) {
                 VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
                                   "WARNING. %s: IMemInputPinImpl::Receive(): FilterState() == State_Stopped\n",
@@ -107,7 +107,7 @@ public:
         if (!ppAllocator) return E_POINTER;
         *ppAllocator = nullptr;
         CAutoLock lock(this->This().m_csPin);
-        const auto spFilter = this->This().m_apFilter;
+        const auto spFilter = this->This().m_apFilter.Get();
         const HRESULT hr = spFilter ? spFilter->Filter_GetAllocator(this->This().m_nIndex, ppAllocator) : E_ABORT;
         if (hr != S_OK)
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
@@ -123,7 +123,7 @@ public:
                           this->This().DisplayName(), pAllocator, bReadOnly ? ", READ ONLY" : "");
         CAutoLock lock(this->This().m_csPin);
         this->ForgetAllocator();
-        const auto spFilter = this->This().m_apFilter;
+        const auto spFilter = this->This().m_apFilter.Get();
         if (!spFilter) return E_ABORT;
         const HRESULT hr = spFilter->Filter_NotifyAllocator(this->This().m_nIndex, pAllocator, bReadOnly);
         return hr == S_OK ? Base::NotifyAllocator(pAllocator, bReadOnly) : hr;
@@ -132,7 +132,7 @@ public:
     HRESULT GetAllocatorRequirements(ALLOCATOR_PROPERTIES* pProps) override {
         if (!pProps) return E_POINTER;
         CAutoLock lock(this->This().m_csPin);
-        const auto spFilter = this->This().m_apFilter;
+        const auto spFilter = this->This().m_apFilter.Get();
         return spFilter ? spFilter->Filter_GetAllocatorRequirements(this->This().m_nIndex, pProps) : E_ABORT;
     }
 

@@ -20,18 +20,17 @@ HRESULT CMemoryAllocator::Make(CComPtr<CMemoryAllocator>& sp) {
 }
 
 ULONG CMemoryAllocator::Release() {
-    const ULONG cLeft = CUnknownImpl::Release();
-    // The one that is left is its own: nobody will ever decommit it.
     if constexpr (bTracing) {
-        if (cLeft == 1) {
-            CAutoLock lock(m_cs);
-            if (m_State == State::AllFree)
-                VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
-                                  "###Err### CMemoryAllocator::InternalRelease(): IMemAllocator::Decommit() isn't "
-                                  "called, memory isn't freed\n");
-        }
+        AddRef(); // so that it can be looked at
+        const ULONG cOthers = CUnknownImpl::Release() - 1;
+        CAutoLock lock(m_cs);
+        // The one that is left is its own: nobody will ever decommit it.
+        if (cOthers == 1 && m_State == State::AllFree)
+            VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
+                              "###Err### CMemoryAllocator::InternalRelease(): IMemAllocator::Decommit() isn't "
+                              "called, memory isn't freed\n");
     }
-    return cLeft;
+    return CUnknownImpl::Release();
 }
 
 HRESULT CMemoryAllocator::SetProperties(ALLOCATOR_PROPERTIES* pRequest, ALLOCATOR_PROPERTIES* pActual) {

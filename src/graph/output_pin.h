@@ -10,6 +10,9 @@
 #include "platform/com/unknown_impl.h"
 #include "platform/media/quality_control.h"
 
+#include <memory>
+#include <utility>
+
 namespace vellumcaster {
 
 /// Notices of quality travel upstream.
@@ -17,7 +20,7 @@ template <class Pin>
 class IOutputQualityImpl : public IQualityControl {
 public:
     HRESULT Notify(IBaseFilter* pSelf, Quality q) override {
-        const auto spFilter = This().m_apFilter;
+        const auto spFilter = This().m_apFilter.Get();
         const HRESULT hr = spFilter ? spFilter->Filter_QualityNotify(This().m_nIndex, pSelf, q) : VFW_E_NOT_CONNECTED;
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                           "%s: IQualityControl::Notify( 0x%X, %s, %i, %s, %s )\n", This().DisplayName(), pSelf,
@@ -71,7 +74,7 @@ public:
                                   "*************** %s: connection established\n", this->DisplayName());
                 return S_OK;
             }
-            this->m_apFilter->Filter_BreakConnect(this->m_nIndex);
+            if (const CComPtr<Filter> spFilter = this->m_apFilter.Get()) spFilter->Filter_BreakConnect(this->m_nIndex);
             BreakOutput();
         }
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
@@ -84,8 +87,9 @@ public:
     HRESULT Disconnect() override {
         CAutoLock lock(this->m_csPin);
         if (!this->IsConnected()) return S_FALSE;
-        if (this->m_apFilter && !this->m_apFilter->IsStopped()) return VFW_E_NOT_STOPPED;
-        if (this->m_apFilter) this->m_apFilter->Filter_BreakConnect(this->m_nIndex);
+        const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+        if (spFilter && !spFilter->IsStopped()) return VFW_E_NOT_STOPPED;
+        if (spFilter) spFilter->Filter_BreakConnect(this->m_nIndex);
         BreakOutput();
         return S_OK;
     }
@@ -106,7 +110,9 @@ public:
 
     /// Hands a sample to downstream. \return its answer; E_INVALIDARG without a connection; E_UNEXPECTED after a fault.
     HRESULT SendSample(IMediaSample* pSample) {
-        const HRESULT hr = SEH_IMemInputPin::Receive(m_spMemInput.Get(), pSample);
+        // A delivery may outlast the connection, which ends while the filter is stopped.
+        const CComPtr<IMemInputPin> spMemInput = m_spMemInput.Get();
+        const HRESULT hr = SEH_IMemInputPin::Receive(spMemInput.Get(), pSample);
         if (hr == S_FALSE)
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
                               "%s: SendSample(): m_spMemInput->Receive()=S_FALSE\n", this->DisplayName());
@@ -125,46 +131,55 @@ public:
         return m_Allocator.Commit(bCommit);
     }
 
-    void JoinFilter(Filter& filter) { this->m_apFilter = &filter; }
+    void JoinFilter(Filter& filter) { this->m_apFilter.Set(&filter); }
 
-    void LeaveFilter() {
-        CComPtr<Filter> spFormer; // goes when the lock is free
-        CAutoLock lock(this->m_csPin);
-        std::swap(spFormer, this->m_apFilter);
-    }
+    void LeaveFilter() { this->m_apFilter.Set({}); }
 
     CTransInPlaceAllocator m_Allocator;
-    CComPtr<IMemInputPin> m_spMemInput; ///< downstream's, once the allocator is agreed on
-    /// Room for one frame in ordinary memory; empty where there was none to have.
-    CVirtualBlob m_blobExtra;
+    CSharedComPtr<IMemInputPin> m_spMemInput; ///< downstream's, once the allocator is agreed on
+
+    /// Room for one frame in ordinary memory; empty where there was none to have. Whoever has it keeps it.
+    [[nodiscard]] std::shared_ptr<CVirtualBlob> ExtraBuffer() const {
+        CAutoLock lock(m_csExtra);
+        return m_spExtra;
+    }
 
 protected:
     ~COutputPin() override = default;
 
-    void OnPictureChanged() override {
+    void OnPictureChanged(const PictureFormat& pf) override {
+        if (const CComPtr<Filter> spFilter = this->m_apFilter.Get()) spFilter->Filter_OutputChanged(pf);
         if (!MT_IsSet(this->MediaType())) return;
-        const PictureFormat& pf = this->m_pf;
         const std::uint64_t nRowPixels = std::max<std::uint64_t>(EffectiveStride(pf), static_cast<DWORD>(pf.nWidth));
-        static_cast<void>(m_blobExtra.Resize(nRowPixels * RowCount(pf) * 4));
+        const std::uint64_t cb = nRowPixels * static_cast<std::uint64_t>(RowCount(pf)) * 4;
+        if (ExtraBuffer()->Size() == cb) return;
+        auto spExtra = std::make_shared<CVirtualBlob>();
+        static_cast<void>(spExtra->Resize(cb));
+        CAutoLock lock(m_csExtra);
+        std::swap(m_spExtra, spExtra);
     }
 
 private:
     Pin& This() { return static_cast<Pin&>(*this); }
+
+    mutable CCriticalSection m_csExtra;
+    std::shared_ptr<CVirtualBlob> m_spExtra = std::make_shared<CVirtualBlob>();
 
     HRESULT CanConnect(IPin* pReceivePin) {
         if (this->IsConnected()) return VFW_E_ALREADY_CONNECTED;
         PIN_DIRECTION direction = PINDIR_OUTPUT;
         if (FAILED(SEH_IPin::QueryDirection(pReceivePin, &direction)) || direction == this->m_Direction)
             return VFW_E_INVALID_DIRECTION;
-        return this->m_apFilter && !this->m_apFilter->IsStopped() ? VFW_E_NOT_STOPPED : S_OK;
+        const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+        return spFilter && !spFilter->IsStopped() ? VFW_E_NOT_STOPPED : S_OK;
     }
 
     HRESULT FindType(IPin* pReceivePin, const AM_MEDIA_TYPE* pmt) {
         if (MT_IsSet(pmt)) return AttemptConnection(pReceivePin, pmt);
         HRESULT hr = AgreeExternMT(pReceivePin);
         if (hr != S_OK) hr = AgreeInnerMT(pReceivePin);
-        if (hr != S_OK && this->m_apFilter) hr = this->m_apFilter->Filter_TryUpstreamTypes(this->m_nIndex, pReceivePin);
-        return hr;
+        const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+        return hr != S_OK && spFilter ? spFilter->Filter_TryUpstreamTypes(this->m_nIndex, pReceivePin) : hr;
     }
 
     HRESULT AgreeExternMT(IPin* pReceivePin) {
@@ -214,7 +229,7 @@ public:
     void BreakOutput() {
         if (!this->IsConnected()) return;
         m_Allocator.Reset();
-        m_spMemInput.Reset();
+        m_spMemInput.Set({});
         const CComPtr<IPin> spPeer = this->m_spConnected.Take();
         static_cast<void>(SEH_IPin::Disconnect(spPeer.Get()));
     }
@@ -243,7 +258,8 @@ private:
         this->m_spConnected.Set(spPeer);
         hr = SEH_IPin::ReceiveConnection(spPeer.Get(), &This(), copy.Get());
         if (hr == S_OK) {
-            hr = this->m_apFilter->Filter_CompleteConnect(this->m_nIndex);
+            const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+            hr = spFilter ? spFilter->Filter_CompleteConnect(this->m_nIndex) : E_ABORT;
             if (hr == S_OK) return S_OK;
             static_cast<void>(SEH_IPin::Disconnect(spPeer.Get()));
         }
@@ -253,15 +269,16 @@ private:
 
     HRESULT AgreeAllocator() {
         const CComPtr<IPin> spPeer = this->Peer();
-        if (!spPeer) return VFW_E_NOT_CONNECTED;
+        const CComPtr<Filter> spFilter = this->m_apFilter.Get();
+        if (!spPeer || !spFilter) return VFW_E_NOT_CONNECTED;
         CComPtr<IMemInputPin> spMemInput;
         HRESULT hr = SEH_IUnknown::Ask(spPeer.Get(), spMemInput);
         UpstreamAllocator upstream;
-        if (SUCCEEDED(hr)) hr = AskUpstream(upstream);
+        if (SUCCEEDED(hr)) hr = AskUpstream(*spFilter, upstream);
         if (SUCCEEDED(hr)) hr = m_Allocator.AllocatorAgree(spMemInput.Get(), upstream);
         if (hr == S_OK) {
-            m_spMemInput = std::move(spMemInput);
-            this->m_apFilter->CompareAllocators();
+            m_spMemInput.Set(std::move(spMemInput));
+            spFilter->CompareAllocators();
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "%s: Allocator agreement successful\n",
                               this->DisplayName());
             return S_OK;
@@ -271,10 +288,10 @@ private:
         return FailureOf(hr, E_FAIL);
     }
 
-    HRESULT AskUpstream(UpstreamAllocator& upstream) {
+    HRESULT AskUpstream(Filter& filter, UpstreamAllocator& upstream) {
         bool bPass = false;
-        const HRESULT hr = this->m_apFilter->Filter_GetTransInPlaceAlloc(this->m_nIndex, upstream.sp.Put(), &bPass,
-                                                                         &upstream.bReadOnly);
+        const HRESULT hr =
+            filter.Filter_GetTransInPlaceAlloc(this->m_nIndex, upstream.sp.Put(), &bPass, &upstream.bReadOnly);
         if (FAILED(hr))
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                               "###Err### %s: CTransInPlaceAllocator::AllocatorAgree(): "

@@ -4,6 +4,7 @@
 #include "graph/media_type_match.h"
 #include "graph/picture_geometry.h"
 #include "graph/seh_calls.h"
+#include "platform/com/shared_com_ptr.h"
 #include "platform/kernel/critical_section.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/graph_results.h"
@@ -19,31 +20,8 @@
 
 namespace vellumcaster {
 
-/// The far side of a connection. It is read while the stream runs, also by threads that hold no lock of the filter, and
-/// changes while the filter is stopped.
-class CPeer {
-public:
-    [[nodiscard]] CComPtr<IPin> Get() const {
-        CAutoLock lock(m_cs);
-        return m_sp;
-    }
-    void Set(CComPtr<IPin> sp) {
-        CAutoLock lock(m_cs);
-        std::swap(m_sp, sp);
-    }
-    /// Gives the peer out, so that there is none.
-    [[nodiscard]] CComPtr<IPin> Take() {
-        CAutoLock lock(m_cs);
-        return std::exchange(m_sp, {});
-    }
-    explicit operator bool() const { return bool(Get()); }
-
-private:
-    mutable CCriticalSection m_cs;
-    CComPtr<IPin> m_sp;
-};
-
-/// What both pins of a filter keep. The pin lock guards the media type and the geometry worked out of it.
+/// What both pins of a filter keep. The pin lock guards the media type; what threads without that lock read, as they do
+/// while the stream runs, has small locks of its own.
 /// \tparam Filter  the concrete filter, whose hooks the pin calls.
 template <class Filter>
 class CPinCore {
@@ -65,20 +43,20 @@ public:
 
     /// The geometry of the connection's type; all zero without one.
     [[nodiscard]] PictureFormat Picture() const {
-        CAutoLock lock(m_csPin);
+        CAutoLock lock(m_csStream);
         return m_pf;
     }
     /// Time from frame to frame in units of 100 ns; 0 where the type does not say.
     [[nodiscard]] REFERENCE_TIME AvgTimePerFrame() const {
-        CAutoLock lock(m_csPin);
-        return MT_AvgTimePerFrame(m_mt.Get());
+        CAutoLock lock(m_csStream);
+        return m_AvgTimePerFrame;
     }
     /// The type as it stands. It stays while the filter is stopped and its connections are left alone.
     [[nodiscard]] const AM_MEDIA_TYPE* MediaType() const { return m_mt.Get(); }
 
     /// The pin's own test of a type.
     [[nodiscard]] bool QueryAcceptMT(const AM_MEDIA_TYPE* pmt) {
-        const CComPtr<Filter> spFilter = m_apFilter;
+        const CComPtr<Filter> spFilter = m_apFilter.Get();
         if (spFilter) return spFilter->Filter_QueryAccept(m_nIndex, pmt);
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                           "###Err### %s: QueryAcceptMT(): filter not joined to graph\n", DisplayName());
@@ -101,8 +79,14 @@ public:
         CAutoLock lock(m_csPin);
         const HRESULT hr = m_mt.Assign(pmt);
         if (FAILED(hr)) return hr;
-        if (!pmt || MT_GetPictureFormat(pmt, &m_pf) < 0) m_pf = {};
-        OnPictureChanged();
+        PictureFormat pf;
+        if (!pmt || MT_GetPictureFormat(pmt, &pf) < 0) pf = {};
+        {
+            CAutoLock lockStream(m_csStream);
+            m_pf = pf;
+            m_AvgTimePerFrame = MT_AvgTimePerFrame(m_mt.Get());
+        }
+        OnPictureChanged(pf);
         return S_OK;
     }
 
@@ -127,19 +111,23 @@ public:
 
     const int m_nIndex; ///< 0 input, 1 output
     const PIN_DIRECTION m_Direction;
-    std::array<char, 128> m_szName{}; ///< UTF-8, ends in a zero
-    CPeer m_spConnected;
-    CComPtr<Filter> m_apFilter; ///< from the filter's joining of a graph to its leaving
+    std::array<char, 128> m_szName{};  ///< UTF-8, ends in a zero
+    CSharedComPtr<IPin> m_spConnected; ///< the far side; it changes while the filter is stopped
+    CSharedComPtr<Filter> m_apFilter;  ///< from the filter's joining of a graph to its leaving
     mutable CCriticalSection m_csPin;
 
 protected:
     ~CPinCore() = default;
 
     /// With the pin lock held, when the geometry may have become another one.
-    virtual void OnPictureChanged() {}
+    virtual void OnPictureChanged(const PictureFormat&) {}
 
     CMediaTypeHolder m_mt;
+
+private:
+    mutable CCriticalSection m_csStream; ///< guards what follows
     PictureFormat m_pf;
+    REFERENCE_TIME m_AvgTimePerFrame = 0;
 };
 
 } // namespace vellumcaster

@@ -34,7 +34,8 @@ public:
             *pInfo = {};
             WidenText(This().m_szName.data(), pInfo->achName);
             pInfo->dir = This().m_Direction;
-            if (This().m_apFilter) pInfo->pFilter = CComPtr<IBaseFilter>(This().m_apFilter.Get()).Detach();
+            const auto spFilter = This().m_apFilter.Get();
+            if (spFilter) pInfo->pFilter = CComPtr<IBaseFilter>(spFilter.Get()).Detach();
             return S_OK;
         });
     }

@@ -15,7 +15,7 @@ namespace vellumcaster {
 template <class Interface, class Pin>
 [[nodiscard]] CComPtr<Interface> AskFarSide(Pin& pin) {
     CComPtr<Interface> sp;
-    const auto spFilter = pin.m_apFilter;
+    const auto spFilter = pin.m_apFilter.Get();
     if (!spFilter) return sp;
     const HRESULT hr = spFilter->Filter_QueryRedirect(pin.m_nIndex, Interface::IID, reinterpret_cast<void**>(sp.Put()));
     if (FAILED(hr)) static_cast<void>(sp.Detach()); // what a failed call leaves there is nothing to release

@@ -68,7 +68,7 @@ HRESULT CSampleT::LoadTimes(IMediaSample& sample, WORD wanted) {
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                           "###Err### CSampleT::Load(): GetTime(): m_tS > m_tE,  m_tS=%s  m_tE=%s\n",
                           FormatGrouped(m_tS), FormatGrouped(m_tE));
-    if (m_tE <= m_tS) m_tE = m_tS + 1;
+    if (m_tE <= m_tS) m_tE = NextUnit(m_tS);
     return S_OK;
 }
 

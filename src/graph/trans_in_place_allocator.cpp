@@ -69,32 +69,33 @@ HRESULT CTransInPlaceAllocator::ReagreeUpstreamAllocator(IMemInputPin* pMemInput
 }
 
 HRESULT CTransInPlaceAllocator::Commit(bool bCommit) {
-    if (!m_sp) return VFW_E_NO_ALLOCATOR;
+    const CComPtr<IMemAllocator> sp = m_sp.Get();
+    if (!sp) return VFW_E_NO_ALLOCATOR;
     if (bCommit == m_bCommitted) return S_OK;
-    const HRESULT hr = bCommit ? SEH_IMemAllocator::Commit(m_sp.Get()) : SEH_IMemAllocator::Decommit(m_sp.Get());
+    const HRESULT hr = bCommit ? SEH_IMemAllocator::Commit(sp.Get()) : SEH_IMemAllocator::Decommit(sp.Get());
     if (hr != S_OK) return FailureOf(hr, E_FAIL);
-    if (bCommit) ReadProperties();
+    if (bCommit) ReadProperties(*sp);
     m_bCommitted = bCommit;
     return S_OK;
 }
 
 void CTransInPlaceAllocator::Reset() {
-    static_cast<void>(SEH_IMemAllocator::Decommit(m_sp.Get()));
-    m_sp.Reset();
+    const CComPtr<IMemAllocator> sp = m_sp.Take();
+    static_cast<void>(SEH_IMemAllocator::Decommit(sp.Get()));
     m_Props = {};
     m_bCommitted = false;
     m_Mode = Mode::None;
 }
 
 void CTransInPlaceAllocator::Adopt(CComPtr<IMemAllocator> sp, Mode mode) {
-    m_sp = std::move(sp);
+    ReadProperties(*sp);
     m_Mode = mode;
-    ReadProperties();
+    m_sp.Set(std::move(sp));
 }
 
-void CTransInPlaceAllocator::ReadProperties() {
+void CTransInPlaceAllocator::ReadProperties(IMemAllocator& allocator) {
     m_Props = {};
-    if (FAILED(SEH_IMemAllocator::GetProperties(m_sp.Get(), &m_Props))) m_Props = {};
+    if (FAILED(SEH_IMemAllocator::GetProperties(&allocator, &m_Props))) m_Props = {};
 }
 
 } // namespace vellumcaster

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "graph/allocator_needs.h"
+#include "platform/com/shared_com_ptr.h"
 
 namespace vellumcaster {
 
@@ -45,18 +46,19 @@ public:
     /// Decommits the allocator and forgets it.
     void Reset();
 
-    [[nodiscard]] IMemAllocator* Get() const { return m_sp.Get(); }
+    /// Any thread; a delivery may outlast the connection.
+    [[nodiscard]] CComPtr<IMemAllocator> Get() const { return m_sp.Get(); }
     [[nodiscard]] Mode GetMode() const { return m_Mode; }
     [[nodiscard]] const ALLOCATOR_PROPERTIES& Properties() const { return m_Props; }
 
 private:
     void Adopt(CComPtr<IMemAllocator> sp, Mode mode);
-    void ReadProperties();
+    void ReadProperties(IMemAllocator& allocator);
 
     const char* m_pszPin;
     Mode m_Mode = Mode::None;
     ALLOCATOR_PROPERTIES m_Props;
-    CComPtr<IMemAllocator> m_sp;
+    CSharedComPtr<IMemAllocator> m_sp;
     bool m_bCommitted = false;
 };
 

@@ -31,12 +31,12 @@ public:
             return false;
         }
         case 1: {
+            const CComPtr<IPin> spPeer = In().Peer();
+            if (!spPeer) return false;
             if (Out().IsConnected())
                 VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                                   "%s: Filter_QueryAcceptMT(): Inverse query about change of media type\n",
                                   Out().DisplayName());
-            const CComPtr<IPin> spPeer = In().Peer();
-            if (!spPeer) return false;
             if (SEH_IPin::QueryAccept(spPeer.Get(), pmt) == S_OK) return true;
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                               "%s: Filter_QueryAcceptMT(): Upstream filter don't accept media type\n",
@@ -82,7 +82,7 @@ public:
     /// What upstream is told to use: the output's allocator where samples may pass through, else one of the filter's.
     HRESULT Filter_GetAllocator(int /*nPinIndex*/, IMemAllocator** ppAllocator) {
         if (!This().UsesExtraBuffer() && Out().IsConnected() && MT_IsEqual(Out().MediaType(), In().MediaType())) {
-            *ppAllocator = CComPtr<IMemAllocator>(Out().m_Allocator.Get()).Detach();
+            *ppAllocator = Out().m_Allocator.Get().Detach();
             return S_OK;
         }
         CComPtr<CMemoryAllocator> spOwn;
@@ -104,8 +104,9 @@ public:
     HRESULT Filter_NotifyAllocator(int nPinIndex, IMemAllocator* pAllocator, BOOL bReadOnly) {
         const HRESULT hr = ChooseAllocators(nPinIndex, pAllocator, bReadOnly);
         const bool bTellDownstream = !This().UsesExtraBuffer() && !m_bSeparated && Out().IsConnected();
-        if (hr != S_OK || !bTellDownstream || !Out().m_spMemInput) return hr;
-        return SEH_IMemInputPin::NotifyAllocator(Out().m_spMemInput.Get(), pAllocator, bReadOnly);
+        const CComPtr<IMemInputPin> spMemInput = Out().m_spMemInput.Get();
+        if (hr != S_OK || !bTellDownstream || !spMemInput) return hr;
+        return SEH_IMemInputPin::NotifyAllocator(spMemInput.Get(), pAllocator, bReadOnly);
     }
 
     HRESULT Filter_EndOfStream(int /*nPinIndex*/) { return TellDownstream(SEH_IPin::EndOfStream); }
@@ -132,7 +133,7 @@ public:
     }
 
     /// Finds out whether samples pass through, once both sides have settled.
-    void CompareAllocators() { m_bSeparated = !IsSameObject(In().AllocIn().Get(), Out().m_Allocator.Get()); }
+    void CompareAllocators() { m_bSeparated = !IsSameObject(In().AllocIn().Get(), Out().m_Allocator.Get().Get()); }
 
     /// Input and output run on separate allocators: each frame is copied into a sample of the output's.
     std::atomic<bool> m_bSeparated = false;
@@ -148,9 +149,10 @@ private:
     HRESULT ChooseAllocators(int /*nPinIndex*/, IMemAllocator* pAllocator, BOOL bReadOnly) {
         if (!Out().IsConnected()) return S_OK;
         CTransInPlaceAllocator& output = Out().m_Allocator;
-        m_bSeparated = !IsSameObject(pAllocator, output.Get());
+        m_bSeparated = !IsSameObject(pAllocator, output.Get().Get());
         if (m_bSeparated && output.GetMode() == CTransInPlaceAllocator::Mode::Upstream) {
-            const HRESULT hr = output.ReagreeUpstreamAllocator(Out().m_spMemInput.Get(), pAllocator, bReadOnly == 1);
+            const HRESULT hr =
+                output.ReagreeUpstreamAllocator(Out().m_spMemInput.Get().Get(), pAllocator, bReadOnly == 1);
             if (FAILED(hr)) {
                 VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
                                   "###Err### %s: Filter_NotifyAllocator(): Re-agreement of allocator for output pin "
@@ -159,7 +161,7 @@ private:
                 static_cast<void>(Out().Disconnect());
                 return hr;
             }
-            m_bSeparated = !IsSameObject(pAllocator, output.Get());
+            m_bSeparated = !IsSameObject(pAllocator, output.Get().Get());
         }
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                           "@@@@ %s: Filter_NotifyAllocator(): Use %s allocator%s\n", This().DisplayName(),

@@ -117,6 +117,20 @@ TEST_F(FrameCallback, IsNotCalledAgainAfterItFailed) {
     }
 }
 
+TEST_F(FrameCallback, IsGivenUpThoughItHasMovedItsItem) {
+    int nCalls = 0;
+    Cookie cookie = 0;
+    AddWith(nullptr);
+    cookie = AddWith(Callback([&](OVERLAY_PROPS&) {
+        ++nCalls;
+        EXPECT_EQ(m_Engine.ChangeItemOrder(cookie, 1), S_OK);
+        return E_FAIL;
+    }));
+    Mix();
+    Mix();
+    EXPECT_EQ(nCalls, 1);
+}
+
 TEST_F(FrameCallback, IsToldTheTimesThatTheFrameHas) {
     const auto callback = Callback([](OVERLAY_PROPS&) { return S_FALSE; });
     AddWith(callback);

@@ -62,6 +62,11 @@ TEST_F(MediaSample, HoldsTimesAsFarAsTheyWereSet) {
     EXPECT_EQ(m_sp->SetTime(&ten, nullptr), S_OK);
     EXPECT_EQ(m_sp->GetTime(&s, &e), VFW_S_NO_STOP_TIME);
     EXPECT_EQ(e, 11);
+    REFERENCE_TIME last = INT64_MAX;
+    EXPECT_EQ(m_sp->SetTime(&last, nullptr), S_OK);
+    EXPECT_EQ(m_sp->GetTime(&s, &e), VFW_S_NO_STOP_TIME);
+    EXPECT_EQ(e, last) << "there is no unit behind it";
+    EXPECT_EQ(m_sp->SetTime(&ten, nullptr), S_OK);
     EXPECT_EQ(m_sp->SetTime(&ten, &nine), E_INVALIDARG);
     EXPECT_EQ(m_sp->GetTime(&s, &e), VFW_S_NO_STOP_TIME) << "nothing changed";
     EXPECT_EQ(m_sp->SetTime(&ten, &ten), S_OK);
@@ -156,6 +161,10 @@ TEST_F(MediaSample, CarriesATypeOfItsOwn) {
     EXPECT_EQ(Write(props), S_OK);
     ASSERT_EQ(m_sp->GetMediaType(&pmt), S_OK);
     EXPECT_NE(pmt, &mt);
+    MT_Delete(pmt);
+    EXPECT_EQ(m_sp->SetMediaType(Read().pMediaType), S_OK) << "its own record";
+    ASSERT_EQ(m_sp->GetMediaType(&pmt), S_OK);
+    EXPECT_EQ(pmt->majortype, MEDIATYPE_Video);
     MT_Delete(pmt);
     EXPECT_EQ(m_sp->SetMediaType(nullptr), S_OK);
     EXPECT_EQ(m_sp->GetMediaType(&pmt), S_FALSE);

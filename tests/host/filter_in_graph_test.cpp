@@ -1,6 +1,7 @@
 #include "support/filter_in_graph.h"
 
-#include "host/graph/slow_allocator.h"
+#include "graph/memory_allocator.h"
+#include "graph/seh_calls.h"
 #include "host/graph/video_type.h"
 
 #include <gtest/gtest.h>
@@ -209,6 +210,42 @@ TEST_F(FilterInGraph, FollowsATypeThatComesWithASample) {
     }
 }
 
+TEST_F(FilterInGraph, FollowsATypeThatDownstreamGives) {
+    const PictureFormat narrower{format_code::I420, 8, 4, 8};
+    const PictureFormat other{format_code::RGB32, 16, -4, 16};
+    const PictureFormat fromUpstream{format_code::YUY2, 16, 4, 16};
+    m_Source.memory = Memory::OwnReadOnly;
+    m_Source.needs.cbBuffer = m_Sink.needs.cbBuffer = 1000;
+    for (const PictureFormat& given : {narrower, other}) {
+        for (const bool bUpstreamToo : {false, true}) {
+            m_spGraph->Clear();
+            m_nFilled = m_nTaken = 0;
+            m_Source.fill = [&](IMediaSample& sample, const PictureFormat& pf) {
+                if (m_nFilled == 2) {
+                    CComPtr<IMemAllocatorEx> spOutput;
+                    CMediaTypeHolder type;
+                    EXPECT_EQ(MakeVideoType(given, 400000, *type.Put()), S_OK);
+                    EXPECT_EQ(SEH_IUnknown::Ask(m_spSink->Allocator().Get(), spOutput), S_OK);
+                    EXPECT_EQ(spOutput->SetMediaType(type.Get()), S_OK);
+                    EXPECT_EQ(MakeVideoType(fromUpstream, 400000, *type.Put()), S_OK);
+                    if (bUpstreamToo) sample.SetMediaType(type.Get());
+                }
+                return Fill(sample, bUpstreamToo && m_nFilled >= 2 ? fromUpstream : pf);
+            };
+            ASSERT_EQ(Build(), S_OK);
+            AddBox();
+            RunToEnd();
+            EXPECT_EQ(m_nTaken, m_nFrames);
+            const PictureFormat expected = bUpstreamToo ? fromUpstream : given;
+            EXPECT_EQ(m_LastFormat, expected) << "what was told last";
+            EXPECT_EQ(m_spFilter->m_spOut->Picture(), expected);
+            if (expected.dwFormat == other.dwFormat) continue; // the frame itself cannot be carried over
+            EXPECT_FALSE(IsBackground(0, 0));
+            EXPECT_TRUE(IsBackground(4, 0));
+        }
+    }
+}
+
 TEST_F(FilterInGraph, StopsASampleWhoseTypeItCannotTake) {
     m_Source.fill = [&](IMediaSample& sample, const PictureFormat& pf) {
         CMediaTypeHolder type;
@@ -243,19 +280,20 @@ TEST_F(FilterInGraph, MeetsADemandedColourSpace) {
 TEST_F(FilterInGraph, GoesThroughItsStatesWithItsAllocator) {
     m_nFrames = 1 << 30;
     ASSERT_EQ(Build(), S_OK);
-    IMemAllocator* const pAllocator = m_spFilter->m_spOut->m_Allocator.Get();
+    const CComPtr<IMemAllocator> spAllocator = m_spFilter->m_spOut->m_Allocator.Get();
     FILTER_STATE state = State_Running;
     EXPECT_EQ(m_spFilter->Run(5), S_OK);
     EXPECT_EQ(m_spFilter->GetState(0, &state), S_OK);
     EXPECT_EQ(state, State_Running);
     CComPtr<IMediaSample> spSample;
-    EXPECT_EQ(pAllocator->GetBuffer(spSample.Put(), nullptr, nullptr, 0), S_OK) << "committed";
+    EXPECT_EQ(spAllocator->GetBuffer(spSample.Put(), nullptr, nullptr, 0), S_OK) << "committed";
+    EXPECT_EQ(m_spFilter->UseExtraBuffer2(1), VFW_E_NOT_STOPPED) << "also for what it is";
     EXPECT_EQ(m_spFilter->m_spIn->Disconnect(), VFW_E_NOT_STOPPED);
     EXPECT_EQ(m_spFilter->m_spOut->Disconnect(), VFW_E_NOT_STOPPED);
     EXPECT_EQ(m_spFilter->UseExtraBuffer2(0), VFW_E_NOT_STOPPED);
     spSample.Reset();
     EXPECT_EQ(m_spFilter->Stop(), S_OK);
-    EXPECT_EQ(pAllocator->GetBuffer(spSample.Put(), nullptr, nullptr, 0), VFW_E_NOT_COMMITTED);
+    EXPECT_EQ(spAllocator->GetBuffer(spSample.Put(), nullptr, nullptr, 0), VFW_E_NOT_COMMITTED);
 
     EXPECT_EQ(m_spFilter->m_spOut->Disconnect(), S_OK);
     CComPtr<IPin> spPeer;

@@ -1,9 +1,13 @@
 #include "host/graph/graph_builder.h"
+#include "host/graph/video_type.h"
+#include "platform/com/marshal.h"
 #include "support/scripted_peer.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace vellumcaster {
@@ -34,7 +38,10 @@ public:
     HRESULT EnumMediaTypes(IEnumMediaTypes**) override { return E_NOTIMPL; }
     HRESULT QueryInternalConnections(IPin**, ULONG*) override { return E_NOTIMPL; }
     HRESULT EndOfStream() override { return Note("EndOfStream"); }
-    HRESULT BeginFlush() override { return Note("BeginFlush"); }
+    HRESULT BeginFlush() override {
+        if (m_onBeginFlush) std::thread(m_onBeginFlush).join();
+        return Note("BeginFlush");
+    }
     HRESULT EndFlush() override { return Note("EndFlush"); }
     HRESULT NewSegment(REFERENCE_TIME s, REFERENCE_TIME e, double r) override {
         return Note("NewSegment " + std::to_string(s) + ' ' + std::to_string(e) + ' ' + std::to_string(int(r)));
@@ -74,6 +81,7 @@ public:
     std::string m_Last;
     HRESULT m_hr = S_FALSE; ///< what every call answers
     bool m_bFaults = false;
+    std::function<void()> m_onBeginFlush; ///< on a thread of its own
     bool m_bBare = false;
 
 private:
@@ -289,6 +297,39 @@ TEST_F(FilterPins, SendNoticesOfQualityUpstreamOrToTheSink) {
     EXPECT_EQ(m_spFilter->m_spOut->Notify(nullptr, q), S_OK);
     EXPECT_EQ(m_spDownstream->m_Last, "Notify 900");
     EXPECT_EQ(m_spUpstream->m_Last, "Notify 800");
+
+    ConnectDownstream();
+    m_spDownstream->m_onBeginFlush = [&] {
+        CCoVellumcasterIn& in = *m_spFilter->m_spIn;
+        EXPECT_EQ(m_spFilter->m_spOut->Notify(nullptr, q), S_OK) << "also from within a flush";
+        EXPECT_EQ(in.Picture(), PictureFormat());
+        EXPECT_EQ(in.AvgTimePerFrame(), 0);
+    };
+    EXPECT_EQ(m_spFilter->m_spIn->BeginFlush(), S_OK);
+}
+
+TEST_F(FilterPins, LeaveNothingOfAConnectionThatDidNotComeAbout) {
+    ConnectDownstream();
+    CMediaTypeHolder type;
+    ASSERT_EQ(MakeVideoType({format_code::ARGB32, 16, 4, 16}, 0, *type.Put()), S_OK);
+    EXPECT_EQ(m_spFilter->m_spIn->ReceiveConnection(m_spUpstream.Get(), type.Get()), E_NOTIMPL)
+        << "the output cannot be connected anew";
+    EXPECT_FALSE(m_spFilter->m_spIn->IsConnected());
+    EXPECT_EQ(m_spFilter->m_spIn->Picture(), PictureFormat());
+    ImageInfoTag info{2, -2, 32, 0, 16};
+    const std::vector<BYTE> pixels(16, 255);
+    LONG cookie = 0;
+    EXPECT_EQ(m_spFilter->AddImageFromMemory2(&info, 16, pixels.data(), nullptr, -1, -1, nullptr, &cookie), S_OK)
+        << "nothing is prepared in a format that is not the stream's";
+}
+
+TEST_F(FilterPins, AreGivenToAnyThread) {
+    CComPtr<IMarshal> spMarshal;
+    CComPtr<IBaseFilter> spBack;
+    CComPtr<IStream> spStream;
+    ASSERT_EQ(m_spFilter->QueryInterface(IMarshal::IID, reinterpret_cast<void**>(spMarshal.Put())), S_OK);
+    ASSERT_EQ(spMarshal->QueryInterface(IBaseFilter::IID, reinterpret_cast<void**>(spBack.Put())), S_OK);
+    EXPECT_EQ(spBack, static_cast<IBaseFilter*>(m_spFilter.Get())) << "one object";
 }
 
 TEST_F(FilterPins, NameTheirPropertyPage) {

@@ -104,6 +104,34 @@ TEST_F(GraphStress, StopsWhileTheFilterOrTheSourceWaitsForABuffer) {
     }
 }
 
+TEST_F(GraphStress, IsDisconnectedWhileADeliveryIsStillUnderWay) {
+    std::mutex mutex;
+    std::vector<CComPtr<IMediaSample>> kept;
+    m_nFrames = 1 << 30;
+    m_Source.memory = Memory::OwnReadOnly;
+    m_Sink.bOffersMemory = false;
+    m_Sink.take = [&](IMediaSample& sample, const PictureFormat&) {
+        const std::lock_guard lock(mutex);
+        kept.emplace_back(&sample);
+        ++m_nTaken;
+        return S_OK;
+    };
+    for (int round = 0; round < 200; ++round) {
+        m_nTaken = 0;
+        ASSERT_EQ(Build(), S_OK);
+        ASSERT_EQ(m_spGraph->Run(), S_OK);
+        while (m_nTaken == 0)
+            std::this_thread::yield();
+        // The source goes on: what it delivers waits for a buffer of the filter's own.
+        EXPECT_EQ(m_spSink->Stop(), S_OK);
+        EXPECT_EQ(m_spFilter->Stop(), S_OK);
+        EXPECT_EQ(m_spFilter->m_spOut->Disconnect(), S_OK);
+        kept.clear();
+        EXPECT_EQ(m_spSource->Stop(), S_OK);
+        m_spGraph->Clear();
+    }
+}
+
 TEST_F(GraphStress, OutlivesNeighboursThatKeepToNoContract) {
     ASSERT_EQ(CCoVellumcaster::Make(m_spFilter), S_OK);
     const SourceManners goodSource = m_Source;

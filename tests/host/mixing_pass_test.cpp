@@ -6,6 +6,7 @@
 #include "support/fake_graph.h"
 #include "support/flat_item.h"
 #include "support/plain_sample.h"
+#include "support/scripted_callback.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,7 @@ protected:
         SetType(*m_spIn, {RGB32, 4, -2, 4});
         SetType(*m_spOut, {RGB32, 4, -2, 4});
         SetReadOnly(false);
-        m_spOut->m_spMemInput = m_spDownstream.Get();
+        m_spOut->m_spMemInput.Set(m_spDownstream.Get());
         SetAllocator(m_spAllocator.Get());
         m_spAllocator->m_spSample = m_spOutputSample.Get();
     }
@@ -115,7 +116,7 @@ TEST_F(MixingPass, ChoosesTheBufferByAllocatorsAndMemory) {
         SCOPED_TRACE(path.pszName);
         m_Input = m_Plain;
         m_Output.assign(32, 0);
-        CVirtualBlob& extra = m_spOut->m_blobExtra;
+        CVirtualBlob& extra = *m_spOut->ExtraBuffer();
         ASSERT_EQ(extra.Alloc(path.bExtraBuffer ? 32 : 0, true, 0), S_OK);
         m_spFilter->m_nMemoryType = MemoryType::Unknown;
         m_spFilter->m_pfnDetectMemoryType = path.probe;
@@ -188,7 +189,7 @@ TEST_F(MixingPass, PassesOnWhatDownstreamAnswers) {
         m_hrDownstream = hr;
         EXPECT_EQ(Send(), hr);
     }
-    m_spOut->m_spMemInput.Reset();
+    m_spOut->m_spMemInput.Set({});
     EXPECT_EQ(Send(), E_INVALIDARG);
 }
 
@@ -213,8 +214,17 @@ TEST_F(MixingPass, DropsAFrameThatItCannotGet) {
 TEST_F(MixingPass, NeverWritesBeyondASampleThatIsTooSmall) {
     AddItem();
     m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 31);
+    LONG cookie = 0;
+    int nCalls = 0;
+    BSTR bsName = nullptr;
+    ITEM_TYPE eType = eText;
+    EXPECT_EQ(m_spFilter->Engine().GetItemInfo2(0, &cookie, &bsName, &eType), S_OK);
+    SysFreeString(bsName);
+    const auto spCallback = MakeCounted<CScriptedCallback>([&nCalls](OVERLAY_PROPS&) { return ++nCalls, S_FALSE; });
+    EXPECT_EQ(m_spFilter->Engine().SetItemCallback(cookie, spCallback.Get()), S_OK);
     EXPECT_EQ(Send(), S_OK) << "the frame goes on as it stands";
     EXPECT_EQ(m_Input, m_Plain);
+    EXPECT_EQ(nCalls, 1) << "and its time goes by";
     EXPECT_EQ(m_spFilter->Engine().MixFrame({m_Input.data(), 31, m_spIn->Picture()}, {4, 2}, {}), E_INVALIDARG);
 
     m_spInputSample = MakeCounted<CPlainSample>(m_Input.data(), 32);
@@ -231,13 +241,13 @@ TEST_F(MixingPass, NeverWritesBeyondASampleThatIsTooSmall) {
 
 TEST_F(MixingPass, ReleasesTheItemLockBeforeItDelivers) {
     bool bFree = false;
-    m_spOut->m_spMemInput = MakeCounted<CWatchingPin>([&](IMediaSample&) {
-                                std::thread([&] {
-                                    LONG nCount = 0;
-                                    bFree = m_spFilter->Engine().GetItemCount2(&nCount) == S_OK;
-                                }).join();
-                                return S_OK;
-                            }).Get();
+    m_spOut->m_spMemInput.Set(MakeCounted<CWatchingPin>([&](IMediaSample&) {
+                                  std::thread([&] {
+                                      LONG nCount = 0;
+                                      bFree = m_spFilter->Engine().GetItemCount2(&nCount) == S_OK;
+                                  }).join();
+                                  return S_OK;
+                              }).Get());
     EXPECT_EQ(Send(), S_OK);
     EXPECT_TRUE(bFree);
 }
@@ -249,7 +259,7 @@ TEST_F(MixingPass, AllocatesNothingOnTheFramePath) {
     moving.props.dblXDelta = 0.5;
     moving.props.bNoOffscreen = 1;
     ASSERT_EQ(m_spFilter->Engine().AddItem(std::move(moving), nullptr), S_OK);
-    ASSERT_EQ(m_spOut->m_blobExtra.Alloc(32, true, 0), S_OK);
+    ASSERT_EQ(m_spOut->ExtraBuffer()->Alloc(32, true, 0), S_OK);
     for (const bool bSeparated : {false, true}) {
         for (const bool bReadOnly : {false, true}) {
             m_spFilter->m_bSeparated = bSeparated;

@@ -3,7 +3,14 @@
 #include <vellumcaster/types.h>
 #include <vellumcaster/unknown.h>
 
+#include <limits>
+
 namespace vellumcaster {
+
+/// The unit behind a time, where one stands for a length that is not known; of the last one itself.
+[[nodiscard]] constexpr REFERENCE_TIME NextUnit(REFERENCE_TIME t) {
+    return t < std::numeric_limits<REFERENCE_TIME>::max() ? t + 1 : t;
+}
 
 struct AM_MEDIA_TYPE;
 

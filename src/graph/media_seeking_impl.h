@@ -15,7 +15,13 @@ public:
                         pCapabilities);
     }
     HRESULT CheckCapabilities(DWORD* pCapabilities) override {
-        return Redirect("IMediaSeeking::CheckCapabilities()", &IMediaSeeking::CheckCapabilities, pCapabilities);
+        const HRESULT hr =
+            Redirect("IMediaSeeking::CheckCapabilities()", &IMediaSeeking::CheckCapabilities, pCapabilities);
+        if (SUCCEEDED(hr) && pCapabilities)
+            VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
+                              "%s: IMediaSeeking::CheckCapabilities(): capabilities=0x%X\n",
+                              static_cast<Pin&>(*this).DisplayName(), *pCapabilities);
+        return hr;
     }
     HRESULT IsFormatSupported(const GUID* pFormat) override {
         return Redirect("IMediaSeeking::IsFormatSupported(pFormat)", &IMediaSeeking::IsFormatSupported, pFormat);
@@ -33,7 +39,12 @@ public:
         return Redirect("IMediaSeeking::SetTimeFormat(pFormat)", &IMediaSeeking::SetTimeFormat, pFormat);
     }
     HRESULT GetDuration(LONGLONG* pDuration) override {
-        return Redirect("IMediaSeeking::GetDuration()", &IMediaSeeking::GetDuration, pDuration);
+        const HRESULT hr = Redirect("IMediaSeeking::GetDuration()", &IMediaSeeking::GetDuration, pDuration);
+        if (SUCCEEDED(hr) && pDuration)
+            VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
+                              "%s: IMediaSeeking::GetDuration(): duration=%I64i\n",
+                              static_cast<Pin&>(*this).DisplayName(), *pDuration);
+        return hr;
     }
     HRESULT GetStopPosition(LONGLONG* pStop) override {
         return Redirect("IMediaSeeking::GetStopPosition(pStop)", &IMediaSeeking::GetStopPosition, pStop);
@@ -43,15 +54,25 @@ public:
     }
     HRESULT ConvertTimeFormat(LONGLONG* pTarget, const GUID* pTargetFormat, LONGLONG Source,
                               const GUID* pSourceFormat) override {
-        return Redirect("IMediaSeeking::ConvertTimeFormat()", &IMediaSeeking::ConvertTimeFormat, pTarget, pTargetFormat,
-                        Source, pSourceFormat);
+        const HRESULT hr = Redirect("IMediaSeeking::ConvertTimeFormat()", &IMediaSeeking::ConvertTimeFormat, pTarget,
+                                    pTargetFormat, Source, pSourceFormat);
+        if (SUCCEEDED(hr) && pTarget)
+            VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
+                              "%s: IMediaSeeking::ConvertTimeFormat(): target=%I64i, source=%I64i\n",
+                              static_cast<Pin&>(*this).DisplayName(), *pTarget, Source);
+        return hr;
     }
     HRESULT SetPositions(LONGLONG* pCurrent, DWORD dwCurrentFlags, LONGLONG* pStop, DWORD dwStopFlags) override {
         return Redirect("IMediaSeeking::SetPositions(pCurrent, dwCurrentFlags, pStop, dwStopFlags)",
                         &IMediaSeeking::SetPositions, pCurrent, dwCurrentFlags, pStop, dwStopFlags);
     }
     HRESULT GetPositions(LONGLONG* pCurrent, LONGLONG* pStop) override {
-        return Redirect("IMediaSeeking::GetPositions()", &IMediaSeeking::GetPositions, pCurrent, pStop);
+        const HRESULT hr = Redirect("IMediaSeeking::GetPositions()", &IMediaSeeking::GetPositions, pCurrent, pStop);
+        if (SUCCEEDED(hr) && pCurrent && pStop)
+            VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
+                              "%s: IMediaSeeking::GetPositions(): current=%I64i, stop=%I64i\n",
+                              static_cast<Pin&>(*this).DisplayName(), *pCurrent, *pStop);
+        return hr;
     }
     HRESULT GetAvailable(LONGLONG* pEarliest, LONGLONG* pLatest) override {
         return Redirect("IMediaSeeking::GetAvailable(pEarliest, pLatest)", &IMediaSeeking::GetAvailable, pEarliest,

@@ -4,6 +4,7 @@
 #include "platform/media/video_info.h"
 
 #include "graph/media_type_match.h"
+#include "graph/memory_allocator.h"
 
 #include <algorithm>
 #include <array>
@@ -63,6 +64,14 @@ public:
         return m_spFilter->m_spIn->Receive(spSample.Get());
     }
 
+    /// Has the output's next sample carry a type.
+    void GiveFromDownstream(const AM_MEDIA_TYPE& mt) {
+        CComPtr<IMemAllocatorEx> spOutput;
+        const CComPtr<IMemAllocator> sp = m_spFilter->m_spOut->m_Allocator.Get();
+        Demand(sp->QueryInterface(IMemAllocatorEx::IID, reinterpret_cast<void**>(spOutput.Put())) == S_OK);
+        spOutput->SetMediaType(&mt);
+    }
+
 private:
     CComPtr<CFrameSource> m_spSource;
     CComPtr<CFrameSink> m_spSink;
@@ -93,16 +102,19 @@ HRESULT MakeWildType(FuzzedDataProvider& data, AM_MEDIA_TYPE& mt) {
                   static_cast<ULONG>(block.size()), block.data());
 }
 
-HRESULT SendTyped(CHandDrivenStream& stream, FuzzedDataProvider& data) {
+void ChangeType(CHandDrivenStream& stream, FuzzedDataProvider& data) {
     CMediaTypeHolder type;
-    const HRESULT hr = data.ConsumeBool() ? MakePictureType(data, *type.Put()) : MakeWildType(data, *type.Put());
-    if (FAILED(hr)) return hr;
+    if (FAILED(data.ConsumeBool() ? MakePictureType(data, *type.Put()) : MakeWildType(data, *type.Put()))) return;
     LONG width = 0;
     LONG height = 0;
     LONG stride = 0;
     const bool bVast = MT_GetGeometry(type.Get(), &width, &height, &stride) >= 0 &&
                        std::int64_t{stride} * std::abs(std::int64_t{height}) > 1 << 20;
-    return bVast ? S_FALSE : stream.Send(type.Get(), data.ConsumeIntegral<LONG>());
+    if (bVast) return;
+    if (data.ConsumeIntegralInRange(0, 3) == 0)
+        stream.GiveFromDownstream(*type.Get());
+    else
+        static_cast<void>(stream.Send(type.Get(), data.ConsumeIntegral<LONG>()));
 }
 
 void AddPicture(CCoVellumcaster& filter, FuzzedDataProvider& data) {
@@ -143,7 +155,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t cb)
             stream.Start();
             break;
         case 4: static_cast<void>(stream.Send(nullptr, data.ConsumeIntegral<LONG>())); break;
-        default: static_cast<void>(SendTyped(stream, data)); break;
+        default: ChangeType(stream, data); break;
         }
     }
     return 0;

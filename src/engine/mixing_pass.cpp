@@ -145,7 +145,7 @@ void CCoVellumcaster::LeaveReadOnlyInput(FramePass& pass) {
         m_nMemoryType = m_pfnDetectMemoryType(
             pass.out.pData, SaturateToInt32(static_cast<std::int64_t>(std::min(pass.cbFrame, pass.out.cb))));
 
-    pass.spExtra = m_spOut->ExtraBuffer();
+    pass.spExtra = m_spOut->m_Extra.Get();
     const bool bAwayFromOutput = m_nMemoryType != MemoryType::System && !pass.spExtra->IsEmpty();
     pass.mix = bAwayFromOutput ? FrameBuffer{pass.spExtra->Data(), pass.spExtra->Size(), pass.out.desc} : pass.out;
     CopyWholeFrame(pass.in, pass.mix);

@@ -1,16 +1,14 @@
 #pragma once
 
+#include "graph/extra_buffer.h"
 #include "graph/format_text.h"
 #include "graph/media_seeking_impl.h"
 #include "graph/pin_impl.h"
 #include "graph/seh_calls.h"
 #include "graph/trans_in_place_allocator.h"
-#include "image/blob_holder.h"
-#include "image/plane_layout.h"
 #include "platform/com/unknown_impl.h"
 #include "platform/media/quality_control.h"
 
-#include <memory>
 #include <utility>
 
 namespace vellumcaster {
@@ -137,33 +135,18 @@ public:
 
     CTransInPlaceAllocator m_Allocator;
     CSharedComPtr<IMemInputPin> m_spMemInput; ///< downstream's, once the allocator is agreed on
-
-    /// Room for one frame in ordinary memory; empty where there was none to have. Whoever has it keeps it.
-    [[nodiscard]] std::shared_ptr<CVirtualBlob> ExtraBuffer() const {
-        CAutoLock lock(m_csExtra);
-        return m_spExtra;
-    }
+    CExtraBuffer m_Extra;                     ///< for frames of the present type
 
 protected:
     ~COutputPin() override = default;
 
     void OnPictureChanged(const PictureFormat& pf) override {
         if (const CComPtr<Filter> spFilter = this->m_apFilter.Get()) spFilter->Filter_OutputChanged(pf);
-        if (!MT_IsSet(this->MediaType())) return;
-        const std::uint64_t nRowPixels = std::max<std::uint64_t>(EffectiveStride(pf), static_cast<DWORD>(pf.nWidth));
-        const std::uint64_t cb = nRowPixels * static_cast<std::uint64_t>(RowCount(pf)) * 4;
-        if (ExtraBuffer()->Size() == cb) return;
-        auto spExtra = std::make_shared<CVirtualBlob>();
-        static_cast<void>(spExtra->Resize(cb));
-        CAutoLock lock(m_csExtra);
-        std::swap(m_spExtra, spExtra);
+        if (MT_IsSet(this->MediaType())) m_Extra.SizeFor(pf);
     }
 
 private:
     Pin& This() { return static_cast<Pin&>(*this); }
-
-    mutable CCriticalSection m_csExtra;
-    std::shared_ptr<CVirtualBlob> m_spExtra = std::make_shared<CVirtualBlob>();
 
     HRESULT CanConnect(IPin* pReceivePin) {
         if (this->IsConnected()) return VFW_E_ALREADY_CONNECTED;

@@ -116,7 +116,7 @@ TEST_F(MixingPass, ChoosesTheBufferByAllocatorsAndMemory) {
         SCOPED_TRACE(path.pszName);
         m_Input = m_Plain;
         m_Output.assign(32, 0);
-        CVirtualBlob& extra = *m_spOut->ExtraBuffer();
+        CVirtualBlob& extra = *m_spOut->m_Extra.Get();
         ASSERT_EQ(extra.Alloc(path.bExtraBuffer ? 32 : 0, true, 0), S_OK);
         m_spFilter->m_nMemoryType = MemoryType::Unknown;
         m_spFilter->m_pfnDetectMemoryType = path.probe;
@@ -259,7 +259,7 @@ TEST_F(MixingPass, AllocatesNothingOnTheFramePath) {
     moving.props.dblXDelta = 0.5;
     moving.props.bNoOffscreen = 1;
     ASSERT_EQ(m_spFilter->Engine().AddItem(std::move(moving), nullptr), S_OK);
-    ASSERT_EQ(m_spOut->ExtraBuffer()->Alloc(32, true, 0), S_OK);
+    ASSERT_EQ(m_spOut->m_Extra.Get()->Alloc(32, true, 0), S_OK);
     for (const bool bSeparated : {false, true}) {
         for (const bool bReadOnly : {false, true}) {
             m_spFilter->m_bSeparated = bSeparated;

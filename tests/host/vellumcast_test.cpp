@@ -287,6 +287,8 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
         {"\"$V\" good.y4m out.y4m third", "third"},
     };
     for (const auto& c : cases) {
+        const bool bLimitsFiles = std::string_view(c.pszCommand).find("ulimit") != std::string_view::npos;
+        if (vellumcaster::bTracing && bLimitsFiles) continue; // lines of diagnosis fill a file by themselves
         const Outcome outcome = Shell(c.pszCommand);
         EXPECT_EQ(outcome.status, 1) << c.pszCommand;
         EXPECT_THAT(outcome.errors, testing::StartsWith("vellumcast: ")) << c.pszCommand;

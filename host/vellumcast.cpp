@@ -138,6 +138,7 @@ int RunVellumcast(int argc, char** argv) {
             return 0;
         }
         if (wishes.saveStack) {
+            if (*wishes.saveStack == "-") throw Refusal("--save-stack -: a stack is kept in a file");
             for (const std::string& clip : {run.input, run.output})
                 RefusePlaceOf(clip, *wishes.saveStack);
             SaveRunStack(run, *wishes.saveStack);

@@ -246,7 +246,7 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
     Write("garbage.y4m", clip + "FRAMES\n");
     Write("deep.y4m", "YUV4MPEG2 W16 H8 C420p10\n");
     Write("odd.y4m", "YUV4MPEG2 W15 H8\n");
-    Write("wild.y4m", "YUV4MPEG2 W16 H8 C\x1B[31m\rx\n");
+    Write("wild.y4m", "YUV4MPEG2 W16 H8 C\x1B[31m\r\xC2\x9Bx\n");
     Write("huge.y4m", "YUV4MPEG2 W32766 H21846\n"); // above the limit only with its rows rounded up
     Write("old.y4m", "old");
     Write("big.y4m", Clip("C420", 100, cb420));
@@ -264,7 +264,7 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
         {"\"$V\" - out.y4m < cutline.y4m", "standard input has no FRAME line where frame 0"},
         {"\"$V\" garbage.y4m out.y4m", "no FRAME line where frame 2"},
         {"\"$V\" deep.y4m out.y4m", "10-bit 4:2:0 (C420p10)"},
-        {"\"$V\" wild.y4m out.y4m", "unknown (C?[31m?x)"},
+        {"\"$V\" wild.y4m out.y4m", "unknown (C?[31m??x)"},
         {"\"$V\" huge.y4m out.y4m --pixels YV12", "frames are above 1 GiB"},
         {"\"$V\" odd.y4m out.y4m", "width is odd (15x8)"},
         {"\"$V\" missing.y4m out.y4m", "cannot read missing.y4m: No such file"},
@@ -278,6 +278,7 @@ TEST_F(Vellumcast, EndsInOneSentenceAndLeavesNothing) {
         {"\"$V\" good.y4m out.y4m --snapshot x:p.png", "what is wanted is N:FILE.png"},
         {"\"$V\" good.y4m out.y4m --pixels RGB9", "there is no such pixel format"},
         {"\"$V\" good.y4m out.y4m --pixels ''", "there is no such pixel format"},
+        {"\"$V\" good.y4m out.y4m --save-stack -", "a stack is kept in a file"},
         {"\"$V\" good.y4m out.y4m --switch 0:YUY2", "what is wanted is N:FORMAT"},
         {"\"$V\" good.y4m out.y4m --switch 1:RGB9", "--switch 1:RGB9: there is no such pixel format"},
         {"\"$V\" good.y4m out.y4m --switch 1:YUY2 --panel 1,2,2,2,#FF0000", "a panel is made for one pixel format"},

@@ -1,4 +1,5 @@
 #include "host/graph/graph_builder.h"
+#include "image/blob_holder.h"
 #include "image/plane_layout.h"
 #include "support/ratio_table.h"
 
@@ -81,14 +82,19 @@ private:
 /// What a frame costs that is copied and nothing else.
 class CPlainCopy {
 public:
+    CPlainCopy() {
+        for (CVirtualBlob* pFrame : {&m_From, &m_To})
+            Check(pFrame->Alloc(CPictureFormats::GetBufferSize(frameFormat), true, 1));
+    }
+
     void Copy() {
-        std::memcpy(m_To.data(), m_From.data(), m_From.size());
+        std::memcpy(m_To.Data(), m_From.Data(), m_From.Size());
         benchmark::ClobberMemory();
     }
 
 private:
-    std::vector<BYTE> m_From = std::vector<BYTE>(CPictureFormats::GetBufferSize(frameFormat), 1);
-    std::vector<BYTE> m_To = std::vector<BYTE>(CPictureFormats::GetBufferSize(frameFormat), 2);
+    CVirtualBlob m_From; // the same kind of memory as the filter's
+    CVirtualBlob m_To;
 };
 
 struct Way {

@@ -4,7 +4,15 @@
 #include <cstring>
 #include <limits>
 
+#include <sys/mman.h>
+
 namespace vellumcaster {
+
+namespace {
+
+constexpr std::size_t cbHugePage = std::size_t{1} << 21;
+
+} // namespace
 
 void* VirtualAlloc(void* pAddress, std::size_t cb, DWORD flType, DWORD flProtect) {
     const bool bReadWrite = flProtect == PAGE_READWRITE || flProtect == PAGE_EXECUTE_READWRITE;
@@ -13,8 +21,11 @@ void* VirtualAlloc(void* pAddress, std::size_t cb, DWORD flType, DWORD flProtect
 
     const std::size_t cbWhole = RoundUpToPage(cb);
     // From the C heap and not from the kernel, so that the sanitizers see every byte beyond the block.
-    void* p = std::aligned_alloc(cbPage, cbWhole);
-    if (p) std::memset(p, 0, cbWhole);
+    void* p = nullptr;
+    if (posix_memalign(&p, cbWhole < cbHugePage ? cbPage : cbHugePage, cbWhole) != 0) return nullptr;
+    // A frame in small pages is more than the processor has translations for; that it stays so is no failure.
+    if (cbWhole >= cbHugePage) static_cast<void>(madvise(p, cbWhole, MADV_HUGEPAGE));
+    std::memset(p, 0, cbWhole);
     return p;
 }
 

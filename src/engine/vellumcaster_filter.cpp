@@ -67,7 +67,7 @@ HRESULT CCoVellumcaster::CompleteInput() {
     }
     // The output's connection may have the input connected once more, and the type with it.
     CMediaTypeHolder type;
-    HRESULT hr = type.Assign(m_spIn->MediaType());
+    HRESULT hr = m_spIn->CopyMediaType(type.Put());
     if (hr == S_OK)
         hr = m_spOut->IsConnected() ? MakeReconnect(type.Get(), m_spOut.Get()) : m_spOut->SetMediaType(type.Get());
     if (hr != S_OK) m_Painter.SetInputFormat(0); // the connection is broken
@@ -104,7 +104,7 @@ std::optional<HRESULT> CCoVellumcaster::ReconnectInFormat(std::uint32_t dwFormat
 
 HRESULT CCoVellumcaster::Reconnect() {
     CMediaTypeHolder type;
-    const HRESULT hr = type.Assign(m_spIn->MediaType());
+    const HRESULT hr = m_spIn->CopyMediaType(type.Put());
     return FAILED(hr) ? hr : ReconnectPin(m_spIn.Get(), type.Get());
 }
 

@@ -14,6 +14,7 @@
 #include "graph/trans_in_place_hooks.h"
 #include "platform/media/property_pages.h"
 
+#include <atomic>
 #include <optional>
 
 namespace vellumcaster {
@@ -108,7 +109,7 @@ public:
     const CComPtr<CCoVellumcasterOut> m_spOut;
 
     /// Measured once a connection, on the first frame that needs to know; by the thread that delivers.
-    MemoryType m_nMemoryType = MemoryType::Unknown;
+    std::atomic<MemoryType> m_nMemoryType = MemoryType::Unknown;
     /// How it is measured.
     MemoryType (*m_pfnDetectMemoryType)(BYTE* pBuffer, LONG cbBuffer) = &DetectMemoryType;
 

@@ -3,6 +3,7 @@
 #include "graph/media_type.h"
 #include "graph/media_type_match.h"
 #include "graph/narrow_text.h"
+#include "graph/seh_calls.h"
 #include "platform/kernel/trace.h"
 
 namespace vellumcaster {
@@ -34,22 +35,23 @@ HRESULT CBaseFilter::ReconnectPin(IPin* pPin, const AM_MEDIA_TYPE* pmt) {
     const CComPtr<IFilterGraph> spGraph = Graph();
     if (!spGraph) return VFW_E_NOT_IN_GRAPH;
     CComPtr<IFilterGraph2> spGraph2;
-    if (SUCCEEDED(spGraph->QueryInterface(IFilterGraph2::IID, reinterpret_cast<void**>(spGraph2.Put()))) && spGraph2)
-        return spGraph2->ReconnectEx(pPin, pmt);
-    return spGraph->Reconnect(pPin);
+    return SUCCEEDED(SEH_IUnknown::Ask(spGraph.Get(), spGraph2))
+               ? SEH_IFilterGraph2::ReconnectEx(spGraph2.Get(), pPin, pmt)
+               : SEH_IFilterGraph::Reconnect(spGraph.Get(), pPin);
 }
 
 void CBaseFilter::LeaveGraph() {
-    SetGraph(nullptr);
     m_pEventSink = nullptr;
+    CAutoLock lock(m_csGraph);
+    m_pGraph = nullptr;
     m_szName = {};
 }
 
 void CBaseFilter::EnterGraph(IFilterGraph* pGraph, const OLECHAR* pszName) {
-    SetGraph(pGraph);
     CComPtr<IMediaEventSink> spSink;
-    if (SUCCEEDED(pGraph->QueryInterface(IMediaEventSink::IID, reinterpret_cast<void**>(spSink.Put()))))
-        m_pEventSink = spSink.Get();
+    if (SUCCEEDED(SEH_IUnknown::Ask(pGraph, spSink))) m_pEventSink = spSink.Get();
+    CAutoLock lock(m_csGraph);
+    m_pGraph = pGraph;
     if (pszName) NarrowText(pszName, m_szName);
 }
 
@@ -58,9 +60,9 @@ CComPtr<IFilterGraph> CBaseFilter::Graph() {
     return m_pGraph;
 }
 
-void CBaseFilter::SetGraph(IFilterGraph* pGraph) {
+std::array<char, 128> CBaseFilter::Name() {
     CAutoLock lock(m_csGraph);
-    m_pGraph = pGraph;
+    return m_szName;
 }
 
 } // namespace vellumcaster

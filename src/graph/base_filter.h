@@ -45,8 +45,9 @@ protected:
     void EnterGraph(IFilterGraph* pGraph, const OLECHAR* pszName);
     /// The graph with a reference, or none.
     [[nodiscard]] CComPtr<IFilterGraph> Graph();
+    /// The name in the graph: UTF-8, ends in a zero; empty out of one.
+    [[nodiscard]] std::array<char, 128> Name();
 
-    std::array<char, 128> m_szName{}; ///< UTF-8, ends in a zero
     IMediaEventSink* m_pEventSink = nullptr;
     CComPtr<IReferenceClock> m_spClock;
     std::atomic<FILTER_STATE> m_State = State_Stopped;
@@ -54,10 +55,9 @@ protected:
     CCriticalSection m_csFilter;
 
 private:
-    void SetGraph(IFilterGraph* pGraph);
-
     CCriticalSection m_csGraph;       ///< guards what follows, which is read with pin locks held
     IFilterGraph* m_pGraph = nullptr; ///< owns the filter
+    std::array<char, 128> m_szName{}; ///< UTF-8, ends in a zero
 };
 
 } // namespace vellumcaster

@@ -133,20 +133,22 @@ public:
     HRESULT QueryFilterInfo(FILTER_INFO* pInfo) override {
         if (!pInfo) return E_INVALIDARG;
         return WithoutExceptions([&] {
-            CAutoLock lock(m_csFilter);
-            WidenText(m_szName.data(), pInfo->achName);
+            WidenText(Name().data(), pInfo->achName);
             pInfo->pGraph = Graph().Detach();
             return S_OK;
         });
     }
 
     HRESULT JoinFilterGraph(IFilterGraph* pGraph, const OLECHAR* pszName) override {
-        CAutoLock lock(m_csFilter);
-        LeaveGraph();
+        CComPtr<IReferenceClock> spFormerClock; // goes when the lock is free
         if (!pGraph) {
             This().m_spOut->LeaveFilter();
             This().m_spIn->LeaveFilter();
-            m_spClock.Reset();
+        }
+        CAutoLock lock(m_csFilter);
+        LeaveGraph();
+        if (!pGraph) {
+            std::swap(m_spClock, spFormerClock);
             m_State = State_Stopped;
             m_tStart = 0;
             return S_OK;

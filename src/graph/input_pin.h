@@ -156,11 +156,12 @@ private:
             return VFW_E_INVALID_DIRECTION;
         const CComPtr<Filter> spFilter = this->m_apFilter.Get();
         if (spFilter && !spFilter->IsStopped()) return VFW_E_NOT_STOPPED;
-        if (!spFilter || !this->QueryAcceptMT(pmt)) return VFW_E_TYPE_NOT_ACCEPTED;
+        if (!this->QueryAcceptMT(pmt) || !spFilter) return VFW_E_TYPE_NOT_ACCEPTED;
 
         CMediaTypeHolder kept;
-        HRESULT hr = kept.Assign(this->MediaType());
-        if (hr == S_OK) hr = this->SetMediaType(pmt);
+        HRESULT hr = this->CopyMediaType(kept.Put());
+        if (FAILED(hr)) return hr;
+        hr = this->SetMediaType(pmt);
         if (hr == S_OK) {
             this->m_spConnected.Set(pConnector);
             hr = spFilter->Filter_CompleteConnect(this->m_nIndex);

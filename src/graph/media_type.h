@@ -5,6 +5,7 @@
 #include <vellumcaster/results.h>
 
 #include <memory>
+#include <utility>
 
 namespace vellumcaster {
 
@@ -72,6 +73,7 @@ public:
         return &m_mt;
     }
     void Clear() { MT_Clear(m_mt); }
+    void Swap(CMediaTypeHolder& other) { std::swap(m_mt, other.m_mt); }
 
 private:
     AM_MEDIA_TYPE m_mt;

@@ -56,10 +56,10 @@ HRESULT CMediaTypeList::LoadFromEnum(IEnumMediaTypes* pEnum) {
 HRESULT CMediaTypeList::LoadFromPin(IPin* pPin) {
     IEnumMediaTypes* pEnum = nullptr;
     HRESULT hr = SEH_IPin::EnumMediaTypes(pPin, &pEnum);
+    CComPtr<IEnumMediaTypes> spEnum;
+    if (SUCCEEDED(hr)) spEnum.Attach(pEnum);
     if (hr == S_FALSE) return hr;
     if (hr != S_OK) return FailureOf(hr);
-    CComPtr<IEnumMediaTypes> spEnum;
-    spEnum.Attach(pEnum);
 
     CMediaTypeList scratch;
     int nWalks = 0;

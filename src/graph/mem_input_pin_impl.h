@@ -5,6 +5,7 @@
 #include "platform/kernel/x87_state.h"
 #include "platform/media/mem_input_pin.h"
 
+#include <atomic>
 #include <utility>
 
 namespace vellumcaster {
@@ -18,9 +19,9 @@ public:
     HRESULT NotifyAllocator(IMemAllocator* pAllocator, BOOL bReadOnly) override {
         if (!pAllocator) return E_POINTER;
         ForgetAllocator();
-        m_spAllocIn = pAllocator;
+        m_spAllocIn.Set(pAllocator);
         m_bReadOnly = bReadOnly;
-        const HRESULT hr = SEH_IMemAllocator::GetProperties(m_spAllocIn.Get(), &m_AllocProps);
+        const HRESULT hr = SEH_IMemAllocator::GetProperties(pAllocator, &m_AllocProps);
         if (FAILED(hr))
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
                               "WARNING. %s: IMemInputPinImpl::NotifyAllocator(): m_spAllocIn->GetProperties()=0x%X\n",
@@ -73,8 +74,8 @@ public:
 
     HRESULT ReceiveCanBlock() override { return S_OK; }
 
-    /// With the pin lock held.
-    [[nodiscard]] CComPtr<IMemAllocator> AllocIn() const { return m_spAllocIn; }
+    /// Any thread.
+    [[nodiscard]] CComPtr<IMemAllocator> AllocIn() const { return m_spAllocIn.Get(); }
     [[nodiscard]] BOOL IsReadOnly() const { return m_bReadOnly; }
 
 protected:
@@ -84,15 +85,15 @@ protected:
 
     /// With the pin lock held.
     void ForgetAllocator() {
-        static_cast<void>(SEH_IMemAllocator::Decommit(m_spAllocIn.Get()));
-        m_spAllocIn.Reset();
+        const CComPtr<IMemAllocator> spFormer = m_spAllocIn.Take();
+        static_cast<void>(SEH_IMemAllocator::Decommit(spFormer.Get()));
         m_bReadOnly = 0;
         m_AllocProps = {};
     }
 
     bool m_bFlushing = false;
-    CComPtr<IMemAllocator> m_spAllocIn;
-    BOOL m_bReadOnly = 0; ///< upstream forbids writing to its buffers
+    CSharedComPtr<IMemAllocator> m_spAllocIn;
+    std::atomic<BOOL> m_bReadOnly = 0; ///< upstream forbids writing to its buffers
     ALLOCATOR_PROPERTIES m_AllocProps;
     CCriticalSection m_csReceive; ///< held from the engine's entry to the end of the delivery downstream
 };

@@ -140,9 +140,9 @@ public:
 protected:
     ~COutputPin() override = default;
 
-    void OnPictureChanged(const PictureFormat& pf) override {
+    void OnPictureChanged(const PictureFormat& pf, bool bSet) override {
         if (const CComPtr<Filter> spFilter = this->m_apFilter.Get()) spFilter->Filter_OutputChanged(pf);
-        if (MT_IsSet(this->MediaType())) m_Extra.SizeFor(pf);
+        if (bSet) m_Extra.SizeFor(pf);
     }
 
 private:
@@ -180,7 +180,7 @@ private:
         HRESULT hr = hrEnum;
         if (hr == S_OK)
             hr = TryMediaTypes(pReceivePin, spEnum.Get());
-        else
+        else if (FAILED(hr))
             static_cast<void>(spEnum.Detach()); // what a failed call leaves there is nothing to release
         if (hr == S_OK) {
             VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath, "%s: %s() successful\n",
@@ -203,6 +203,7 @@ public:
             ULONG cFetched = 0;
             hr = SEH_IEnumMediaTypes::Next(pEnum, 1, &pmt, &cFetched);
             if (hr != S_OK) return FailureOf(hr, VFW_E_NO_ACCEPTABLE_TYPES);
+            if (!pmt) return E_FAIL;
             const CMediaTypePtr spmt(pmt);
             if (AttemptConnection(pReceivePin, pmt) == S_OK) return S_OK;
         }
@@ -222,7 +223,7 @@ private:
         if (!pReceivePin || !pmt) return E_POINTER;
         if (!this->QueryAcceptMT(pmt)) return VFW_E_TYPE_NOT_ACCEPTED;
         CMediaTypeHolder kept;
-        HRESULT hr = kept.Assign(this->MediaType());
+        HRESULT hr = this->CopyMediaType(kept.Put());
         if (FAILED(hr)) return hr;
         hr = this->SetMediaType(pmt);
         if (hr == S_OK) hr = ExecConnection(pReceivePin);
@@ -233,7 +234,7 @@ private:
 
     HRESULT ExecConnection(IPin* pReceivePin) {
         CMediaTypeHolder copy;
-        HRESULT hr = copy.Assign(this->MediaType());
+        HRESULT hr = this->CopyMediaType(copy.Put());
         if (hr == S_OK && !MT_IsSet(copy.Get())) hr = VFW_E_TYPE_NOT_ACCEPTED;
         if (hr != S_OK) return FailureOf(hr, VFW_E_TYPE_NOT_ACCEPTED);
 

@@ -20,8 +20,8 @@
 
 namespace vellumcaster {
 
-/// What both pins of a filter keep. The pin lock guards the media type; what threads without that lock read, as they do
-/// while the stream runs, has small locks of its own.
+/// What both pins of a filter keep. The pin lock is held while a connection changes; what the stream reads, and changes by
+/// types that come with samples, has small locks of its own, so that it never waits for a neighbour.
 /// \tparam Filter  the concrete filter, whose hooks the pin calls.
 template <class Filter>
 class CPinCore {
@@ -51,8 +51,11 @@ public:
         CAutoLock lock(m_csStream);
         return m_AvgTimePerFrame;
     }
-    /// The type as it stands. It stays while the filter is stopped and its connections are left alone.
-    [[nodiscard]] const AM_MEDIA_TYPE* MediaType() const { return m_mt.Get(); }
+    /// A copy of the type. \param pmt  owns nothing yet. \return as `MT_Copy`.
+    [[nodiscard]] HRESULT CopyMediaType(AM_MEDIA_TYPE* pmt) const {
+        CAutoLock lock(m_csStream);
+        return MT_Copy(pmt, m_mt.Get());
+    }
 
     /// The pin's own test of a type.
     [[nodiscard]] bool QueryAcceptMT(const AM_MEDIA_TYPE* pmt) {
@@ -66,7 +69,7 @@ public:
     /// A copy of the pin's type; null for `ppmt` only asks for one.
     /// \return S_OK; S_FALSE: it has none; E_FAIL.
     [[nodiscard]] HRESULT CloneMediaType(AM_MEDIA_TYPE** ppmt) {
-        CAutoLock lock(m_csPin);
+        CAutoLock lock(m_csStream);
         if (!MT_IsSet(m_mt.Get())) return S_FALSE;
         if (!ppmt) return S_OK;
         *ppmt = MT_Clone(m_mt.Get());
@@ -76,17 +79,19 @@ public:
     /// Takes a type and its geometry; null for none.
     /// \return S_OK; as `MT_Assign`, and nothing has changed.
     [[nodiscard]] HRESULT SetMediaType(const AM_MEDIA_TYPE* pmt) {
-        CAutoLock lock(m_csPin);
-        const HRESULT hr = m_mt.Assign(pmt);
+        CMediaTypeHolder type;
+        const HRESULT hr = type.Assign(pmt);
         if (FAILED(hr)) return hr;
         PictureFormat pf;
         if (!pmt || MT_GetPictureFormat(pmt, &pf) < 0) pf = {};
+        const bool bSet = MT_IsSet(type.Get());
         {
-            CAutoLock lockStream(m_csStream);
+            CAutoLock lock(m_csStream);
+            m_mt.Swap(type);
             m_pf = pf;
             m_AvgTimePerFrame = MT_AvgTimePerFrame(m_mt.Get());
         }
-        OnPictureChanged(pf);
+        OnPictureChanged(pf, bSet);
         return S_OK;
     }
 
@@ -119,13 +124,12 @@ public:
 protected:
     ~CPinCore() = default;
 
-    /// With the pin lock held, when the geometry may have become another one.
-    virtual void OnPictureChanged(const PictureFormat&) {}
-
-    CMediaTypeHolder m_mt;
+    /// The geometry may have become another one. \param bSet  there is a type.
+    virtual void OnPictureChanged(const PictureFormat& /*pf*/, bool /*bSet*/) {}
 
 private:
     mutable CCriticalSection m_csStream; ///< guards what follows
+    CMediaTypeHolder m_mt;
     PictureFormat m_pf;
     REFERENCE_TIME m_AvgTimePerFrame = 0;
 };

@@ -25,7 +25,7 @@ public:
     HRESULT ConnectionMediaType(AM_MEDIA_TYPE* pmt) override {
         if (!pmt) return E_POINTER;
         CAutoLock lock(This().m_csPin);
-        return This().IsConnected() ? MT_Copy(pmt, This().MediaType()) : VFW_E_NOT_CONNECTED;
+        return This().IsConnected() ? This().CopyMediaType(pmt) : VFW_E_NOT_CONNECTED;
     }
 
     HRESULT QueryPinInfo(PIN_INFO* pInfo) override {

@@ -3,6 +3,7 @@
 #include "platform/kernel/fault_guard.h"
 #include "platform/kernel/trace.h"
 #include "platform/media/base_filter.h"
+#include "platform/media/filter_graph.h"
 #include "platform/media/media_sample2.h"
 #include "platform/media/mem_allocator_callback.h"
 #include "platform/media/mem_input_pin.h"
@@ -134,6 +135,14 @@ inline constexpr CGuardedMethod Reset(&IEnumPins::Reset, "IEnumPins::Reset()");
 namespace SEH_IQualityControl {
 inline constexpr CGuardedMethod Notify(&IQualityControl::Notify, "IQualityControl::Notify(pSelf, q)");
 } // namespace SEH_IQualityControl
+
+namespace SEH_IFilterGraph {
+inline constexpr CGuardedMethod Reconnect(&IFilterGraph::Reconnect, "IFilterGraph::Reconnect(ppin)");
+} // namespace SEH_IFilterGraph
+
+namespace SEH_IFilterGraph2 {
+inline constexpr CGuardedMethod ReconnectEx(&IFilterGraph2::ReconnectEx, "IFilterGraph2::ReconnectEx(ppin, pmt)");
+} // namespace SEH_IFilterGraph2
 
 namespace SEH_IUnknown {
 inline constexpr CGuardedMethod QueryInterface(&IUnknown::QueryInterface, "IUnknown::QueryInterface(iid, ppv)");

@@ -18,12 +18,14 @@ HRESULT CTransInPlaceAllocator::AllocatorAgree(IMemInputPin* pMemInput, const Up
 
     CComPtr<IMemAllocator> spDown;
     IMemAllocator* pDown = nullptr;
-    if (SEH_IMemInputPin::GetAllocator(pMemInput, &pDown) == S_OK)
-        spDown.Attach(pDown);
-    else
+    const HRESULT hrDown = SEH_IMemInputPin::GetAllocator(pMemInput, &pDown);
+    if (SUCCEEDED(hrDown)) spDown.Attach(pDown);
+    if (hrDown != S_OK) {
+        spDown.Reset();
         VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::MainPath,
                           "%s: CTransInPlaceAllocator::AllocatorAgree(): Downstream filter hasn't allocator\n",
                           m_pszPin);
+    }
 
     HRESULT hr = E_FAIL;
     if (upstream.sp && !upstream.bReadOnly) {

@@ -62,7 +62,7 @@ public:
         CComPtr<IEnumMediaTypes> spEnum;
         const HRESULT hr = SEH_IPin::EnumMediaTypes(spPeer.Get(), spEnum.Put());
         if (hr == S_OK) return Out().TryMediaTypes(pReceivePin, spEnum.Get());
-        static_cast<void>(spEnum.Detach()); // what a failed call leaves there is nothing to release
+        if (FAILED(hr)) static_cast<void>(spEnum.Detach()); // what a failed call leaves there is nothing to release
         return FailureOf(hr, E_FAIL);
     }
 
@@ -81,7 +81,7 @@ public:
 
     /// What upstream is told to use: the output's allocator where samples may pass through, else one of the filter's.
     HRESULT Filter_GetAllocator(int /*nPinIndex*/, IMemAllocator** ppAllocator) {
-        if (!This().UsesExtraBuffer() && Out().IsConnected() && MT_IsEqual(Out().MediaType(), In().MediaType())) {
+        if (!This().UsesExtraBuffer() && Out().IsConnected() && HasOneType()) {
             *ppAllocator = Out().m_Allocator.Get().Detach();
             return S_OK;
         }
@@ -167,6 +167,13 @@ private:
                           "@@@@ %s: Filter_NotifyAllocator(): Use %s allocator%s\n", This().DisplayName(),
                           m_bSeparated ? "separated" : "through-pass", m_bSeparated ? "s" : "");
         return S_OK;
+    }
+
+    [[nodiscard]] bool HasOneType() {
+        CMediaTypeHolder in;
+        CMediaTypeHolder out;
+        return In().CopyMediaType(in.Put()) == S_OK && Out().CopyMediaType(out.Put()) == S_OK &&
+               MT_IsEqual(out.Get(), in.Get());
     }
 
     template <class... Parameters>

@@ -139,7 +139,11 @@ TEST_F(FilterInGraph, HasOneTypeOnBothSides) {
                         {{format_code::UYVY, 16, 4, 16}, 0}};
     m_Sink.formats = {format_code::UYVY};
     ASSERT_EQ(Build(), S_OK);
-    EXPECT_TRUE(MT_IsEqual(m_spFilter->m_spIn->MediaType(), m_spFilter->m_spOut->MediaType()));
+    CMediaTypeHolder in;
+    CMediaTypeHolder out;
+    ASSERT_EQ(m_spFilter->m_spIn->CopyMediaType(in.Put()), S_OK);
+    ASSERT_EQ(m_spFilter->m_spOut->CopyMediaType(out.Put()), S_OK);
+    EXPECT_TRUE(MT_IsEqual(in.Get(), out.Get()));
     EXPECT_EQ(m_spFilter->m_spIn->Picture().dwFormat, format_code::UYVY)
         << "the input was connected anew in what downstream takes";
     const int nReconnections = m_spGraph->ReconnectionCount();

@@ -176,36 +176,29 @@ TEST_F(PicturePersist, TellsWhyAFileCannotBeHad) {
         EXPECT_EQ(CPicturePersist::SaveToFile(c.pszName, c.pHeader, c.pPixels), c.hr) << &c - saves;
 }
 
-TEST_F(PicturePersist, SavesWhatItLoads) {
-    BmpFile bmp = BmpFile::Of(3, -2, 32, BI_RGB, 24);
-    bmp.info.biXPelsPerMeter = 2835, bmp.info.biYPelsPerMeter = -1, bmp.info.biSizeImage = 0xFFFFFFFF;
-    const auto nOpen = OpenFiles();
-    Store(std::vector<BYTE>(1000));
-    EXPECT_EQ(CPicturePersist::SaveToFile(m_path.c_str(), &bmp.info, bmp.rest.data()), S_OK);
-    bmp.info.biSizeImage = 24;
-    EXPECT_EQ(Stored(), bmp.Bytes());
-    EXPECT_EQ(Load(), S_OK);
-    EXPECT_EQ(OpenFiles(), nOpen);
-}
-
-TEST_F(PicturePersist, WritesEveryByteWhereItBelongs) {
+TEST_F(PicturePersist, WritesEveryByteWhereALoadFindsIt) {
     const struct {
-        BITMAPINFOHEADER info{40, 1, 1, 1, 32, BI_BITFIELDS, 0, 0x01020304, 0, 0, 0};
+        BITMAPINFOHEADER info{40, 1, -1, 1, 32, BI_BITFIELDS, 0xFFFFFFFF, 0x01020304, -1, 0, 0};
         BmpMasks masks{0x00FF0000, 0x0000FF00, 0x000000FF};
     } record;
+    const auto nOpen = OpenFiles();
+    Store(std::vector<BYTE>(1000));
     const std::array<BYTE, 4> pixel{0xB1, 0xB2, 0xB3, 0xB4};
     EXPECT_EQ(CPicturePersist::SaveToFile(m_path.c_str(), &record.info, pixel.data()), S_OK);
-    const std::vector<BYTE> want{
-        // clang-format off
+    const std::vector<BYTE>
+        want{
+            // clang-format off
         'B', 'M', 70, 0, 0, 0, 0, 0, 0, 0, 66, 0, 0, 0,                          // size, offset of the pixels
-        40, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 32, 0, 3, 0, 0, 0, 4, 0, 0, 0, // to the image size
-        4, 3, 2, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+        40, 0, 0, 0, 1, 0, 0, 0, 255, 255, 255, 255, 1, 0, 32, 0, 3, 0, 0, 0, 4, 0, 0, 0, // to the image size
+        4, 3, 2, 1, 255, 255, 255, 255, 0, 0, 0, 0, 0, 0, 0, 0,
         0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0,                             // masks
         0xB1, 0xB2, 0xB3, 0xB4,
-        // clang-format on
-    };
+            // clang-format on
+        };
     EXPECT_EQ(Stored(), want);
     EXPECT_EQ(Load(), S_OK);
+    EXPECT_EQ(LoadedPixels(), (std::vector<BYTE>{pixel.begin(), pixel.end()}));
+    EXPECT_EQ(OpenFiles(), nOpen);
 }
 
 TEST_F(PicturePersist, AnswersTheFirstFailureOfASave) {

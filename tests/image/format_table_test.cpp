@@ -23,7 +23,7 @@ TEST(ImageSize, RoundsPackedRowsAndAddsChroma) {
         // clang-format off
     } cases[] = {{format_code::RGB24, 101, -50, 304 * 50}, {format_code::RGB24, 2, 1, 8}, {format_code::RGB555, 1, 1, 4},
                  {format_code::I420, 640, 480, 460800},    {format_code::YUY2, 2, 3, 12}, {format_code::RGB32, 0, 10, 0},
-                 {format_code::YV12, 6, -2, 12 + 2 * 3},   {format_code::IYU2, 1, 1, 4}};
+                 {format_code::YV12, 6, -2, 12 + 2 * 3},   {format_code::IYU2, 2, 1, 8}};
     // clang-format on
     for (const auto& c : cases) {
         std::uint32_t cb = 0;

@@ -79,20 +79,13 @@ TEST(NormalizeImage, RefusesBitmapsThatItCannotTrust) {
         WORD bits = 24;
         DWORD compression = 0, cbMissing = 0;
     };
-    const Refused cases[] = {{.compression = 3},
-                             {.bits = 16},
-                             {.width = 0},
-                             {.width = -4},
-                             {.width = 1},
-                             {.height = -1},
-                             {.height = lowest},
-                             {.cbMissing = 1},
-                             {.width = 32767, .height = 32767},
-                             {.width = 32768},
-                             {.wanted = {-4, 4}},
-                             {.wanted = {4, 1}},
-                             {.wanted = {32768, 4}},
-                             {.height = -4, .wanted = {2, 2}}}; // from the top down and to be scaled
+    // clang-format off
+    const Refused cases[] = {
+        {.compression = 3}, {.bits = 16},  {.cbMissing = 1},  {.width = 0}, {.width = -4}, {.width = 1},
+        {.width = 32768},   {.height = -1}, {.height = lowest}, {.width = 32767, .height = 32767},
+        {.wanted = {-4, 4}}, {.wanted = {4, 1}}, {.wanted = {32768, 4}},
+        {.height = -4, .wanted = {2, 2}}}; // from the top down and to be scaled
+    // clang-format on
     for (const auto& c : cases) {
         ImageInfoTag info = good.info;
         info.biWidth = c.width, info.biHeight = c.height, info.biBitCount = c.bits, info.biCompression = c.compression;
@@ -105,10 +98,10 @@ TEST(NormalizeImage, RefusesBitmapsThatItCannotTrust) {
     ImageInfoTag info = good.info;
     SIZE size;
     CTaskBlob out;
-    EXPECT_EQ(NormalizeImage(nullptr, good.pixels.data(), &size, &out), E_INVALIDARG);
-    EXPECT_EQ(NormalizeImage(&info, nullptr, &size, &out), E_INVALIDARG);
-    EXPECT_EQ(NormalizeImage(&info, good.pixels.data(), nullptr, &out), E_INVALIDARG);
-    EXPECT_EQ(NormalizeImage(&info, good.pixels.data(), &size, nullptr), E_INVALIDARG);
+    for (const int missing : {0, 1, 2, 3})
+        EXPECT_EQ(NormalizeImage(missing == 0 ? nullptr : &info, missing == 1 ? nullptr : good.pixels.data(),
+                                 missing == 2 ? nullptr : &size, missing == 3 ? nullptr : &out),
+                  E_INVALIDARG);
 }
 
 } // namespace

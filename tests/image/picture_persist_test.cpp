@@ -131,6 +131,8 @@ TEST_F(PicturePersist, RefusesWhatIsNoBitmapOfItsKind) {
         {"no plane", [](BmpFile& bmp) { bmp.info.biPlanes = 0; }},
         {"8 bits", [](BmpFile& bmp) { bmp.info.biBitCount = 8; }},
         {"a colour table", [](BmpFile& bmp) { bmp.info.biClrUsed = 1; }},
+        {"important colours", [](BmpFile& bmp) { bmp.info.biClrImportant = 1; }},
+        {"too wide", [](BmpFile& bmp) { bmp.info.biWidth = 32768; }},
         {"no width", [](BmpFile& bmp) { bmp.info.biWidth = 0; }},
         {"negative width", [](BmpFile& bmp) { bmp.info.biWidth = -3; }},
         {"no height", [](BmpFile& bmp) { bmp.info.biHeight = 0; }},

@@ -37,12 +37,11 @@ TEST(CriticalSection, LetsOneThreadInAtATime) {
     int nCount = 0; // not atomic
     std::vector<std::thread> threads;
     for (int i = 0; i < nThreads; ++i)
-        threads.emplace_back([&, i] {
+        threads.emplace_back([&] {
             for (int turn = 0; turn < nTurns; ++turn) {
-                const CAutoLock lock(cs);
-                const CAutoLock again(cs);
+                const CAutoLock lock(cs), again(cs);
                 const int nSeen = nCount;
-                if ((turn + i) % 64 == 0) std::this_thread::yield();
+                if (turn % 64 == 0) std::this_thread::yield();
                 nCount = nSeen + 1;
             }
         });

@@ -96,16 +96,6 @@ TEST(Dispatch, FallsToTheNextCompleteVariant) {
     }
 }
 
-TEST(Dispatch, LeavesTheRowsBeforeAHoleBound) {
-    FakeTable table({1});
-    CPrimitiveDispatch dispatch(table.rows, nullptr);
-    EXPECT_EQ(dispatch.BindVariant(1), 0);
-    EXPECT_TRUE(table.slots[0] == Entry<1> && table.slots[1] == Entry<0>);
-    EXPECT_EQ(dispatch.BindVariant(2), 1);
-    EXPECT_EQ(dispatch.InitVariant(1), 1);
-    EXPECT_EQ(dispatch.CurrentVariant(), 0);
-}
-
 std::vector<std::string> g_Shown;
 
 TEST(Dispatch, ReportsEveryTimeThatNothingCanBeBound) {
@@ -142,12 +132,9 @@ TEST(Dispatch, BindsOnceForThreadsThatComeTogether) {
     EXPECT_EQ(nQuestions, 1);
 }
 
-TEST(Dispatch, HasPortableCodeForEveryPrimitive) {
-    for (const PrimEntry slot : g_PrimSlots)
-        EXPECT_NE(slot, nullptr);
+TEST(Dispatch, BindsTheProcessByItsProcessor) {
     EXPECT_TRUE(Img_EnsurePrimitives());
     EXPECT_EQ(Prim_CurrentVariant(), Prim_VariantForCpu());
-    EXPECT_EQ(ippiMirror_8u_C4IR(nullptr, 0, {0, 0}, 3), px::ippiMirror_8u_C4IR(nullptr, 0, {0, 0}, 3));
 }
 
 TEST(PrimStatus, BecomesAResultAndAText) {

@@ -74,10 +74,11 @@ TEST(AlphaToWeight, RefusesWhatAFormatCannotHave) {
     for (const auto& c : cases)
         EXPECT_EQ(CImageHelp::AlphaToWeight(c.format, pixels, weights, &c.size), c.hr);
     const SIZE size{2, 2};
-    for (const int missing : {0, 1, 2})
-        EXPECT_EQ(CImageHelp::AlphaToWeight(RGB32, missing == 0 ? nullptr : pixels, missing == 1 ? nullptr : weights,
-                                            missing == 2 ? nullptr : &size),
-                  E_INVALIDARG);
+    for (const std::uint32_t format : {RGB32, RGB24, YUY2, I420})
+        for (const int missing : {0, 1, 2})
+            EXPECT_EQ(CImageHelp::AlphaToWeight(format, missing == 0 ? nullptr : pixels,
+                                                missing == 1 ? nullptr : weights, missing == 2 ? nullptr : &size),
+                      E_INVALIDARG);
 }
 
 } // namespace

@@ -201,6 +201,7 @@ TEST(TextCanvas, AveragesBlocksOfTheCanvasItStandsFor) {
             const LOGFONT logFont = SharpFont(70);
             const Picture whole = Draw(logFont, "fA\u0301W\nWA", DT_CENTER, nPen);
             const Picture averaged = Draw(logFont, "fA\u0301W\nWA", DT_CENTER, nPen, nBlock);
+            ASSERT_EQ(averaged.size, (SIZE{canvasSize.cx / nBlock, canvasSize.cy / nBlock}));
             for (LONG y = 0; y < averaged.size.cy; ++y)
                 for (LONG x = 0; x < averaged.size.cx; ++x) {
                     int sum = nBlock * nBlock / 2;

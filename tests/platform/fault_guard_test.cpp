@@ -90,9 +90,9 @@ TEST(FaultGuard, CountsAnExceptionAsAFault) {
 TEST(FaultGuard, GivesAFaultToTheInnermostGuardThatIsOpen) {
     const std::pair<std::function<void()>, FaultCode> inner[] = {
         {[] {}, faultNone}, {TouchNull, SIGSEGV}, {[] { throw 1; }, faultCppException}};
-    for (const auto& [call, code] : inner)
+    for (const auto& c : inner)
         EXPECT_EQ(CallGuarded([&] {
-                      EXPECT_EQ(CallGuarded(call), code);
+                      EXPECT_EQ(CallGuarded(c.first), c.second);
                       TouchBehindTheEndOfAFile();
                   }),
                   FaultCode{SIGBUS});

@@ -12,17 +12,6 @@ namespace {
 
 using namespace prim_status;
 
-/// Buffers that any of the primitives can be called with.
-struct Buffers {
-    BYTE packed[256] = {};
-    std::uint16_t words[128] = {};
-    BYTE planes[3][64] = {};
-    BYTE* ppPlanes[3] = {planes[0], planes[1], planes[2]};
-    std::int32_t steps[3] = {8, 4, 4};
-
-    [[nodiscard]] const BYTE* const* Source() const { return ppPlanes; }
-};
-
 /// One way to call a primitive wrongly.
 struct Wrong {
     PrimSize size{4, 2};
@@ -31,39 +20,32 @@ struct Wrong {
     bool bNull = false;
 };
 
-using Call = std::function<PrimStatus(Buffers&, const Wrong&)>;
+using Call = std::function<PrimStatus(const Wrong&)>;
 
-template <class Primitive>
-Call FromPlanes(Primitive* p) {
-    return [p](Buffers& b, const Wrong& w) {
-        b.steps[2] = w.planeStep;
-        if (w.bNull) b.ppPlanes[2] = nullptr;
-        if constexpr (std::is_same_v<Primitive, prim_signature::PlanesToWords>)
-            return p(b.Source(), b.steps, b.words, w.packedStep, w.size);
-        else
-            return p(b.Source(), b.steps, b.packed, w.packedStep, w.size);
+/// Memory that any of the primitives can be called with; nobody looks at what is in it.
+alignas(8) BYTE g_Packed[2][256];
+BYTE g_Planes[3][64];
+
+template <class Sample>
+Call FromPlanes(PrimStatus (*p)(const BYTE* const*, const std::int32_t*, Sample*, std::int32_t, PrimSize)) {
+    return [p](const Wrong& w) {
+        const BYTE* const planes[] = {g_Planes[0], g_Planes[1], w.bNull ? nullptr : g_Planes[2]};
+        const std::int32_t steps[] = {8, 4, w.planeStep};
+        return p(planes, steps, reinterpret_cast<Sample*>(g_Packed[1]), w.packedStep, w.size);
     };
 }
 Call ToPlanes(prim_signature::BytesToPlanes* p) {
-    return [p](Buffers& b, const Wrong& w) {
-        b.steps[2] = w.planeStep;
-        if (w.bNull) b.ppPlanes[2] = nullptr;
-        return p(b.packed, w.packedStep, b.ppPlanes, b.steps, w.size);
+    return [p](const Wrong& w) {
+        BYTE* planes[] = {g_Planes[0], g_Planes[1], w.bNull ? nullptr : g_Planes[2]};
+        std::int32_t steps[] = {8, 4, w.planeStep};
+        return p(g_Packed[0], w.packedStep, planes, steps, w.size);
     };
 }
-template <class Primitive>
-Call Packed(Primitive* p) {
-    return [p](Buffers& b, const Wrong& w) {
-        auto* pDst = [&] {
-            if constexpr (std::is_same_v<Primitive, prim_signature::BytesToWords>)
-                return b.words;
-            else
-                return b.packed + 128;
-        }();
-        if constexpr (std::is_same_v<Primitive, prim_signature::BytesToBytesWithAlpha>)
-            return p(b.packed, 16, w.bNull ? nullptr : pDst, w.packedStep, w.size, 0);
-        else
-            return p(b.packed, 16, w.bNull ? nullptr : pDst, w.packedStep, w.size);
+template <class Sample, class... Alpha>
+Call Packed(PrimStatus (*p)(const BYTE*, std::int32_t, Sample*, std::int32_t, PrimSize, Alpha...)) {
+    return [p](const Wrong& w) {
+        Sample* pDst = w.bNull ? nullptr : reinterpret_cast<Sample*>(g_Packed[1]);
+        return p(g_Packed[0], 16, pDst, w.packedStep, w.size, Alpha{}...);
     };
 }
 
@@ -95,10 +77,7 @@ TEST(Conversion, ChecksItsArgumentsInOrder) {
     };
     for (std::size_t i = 0; i < std::size(primitives); ++i) {
         const auto& p = primitives[i];
-        const auto status = [&p](const Wrong& wrong) {
-            Buffers buffers;
-            return p.call(buffers, wrong);
-        };
+        const Call& status = p.call;
         SCOPED_TRACE(i);
         EXPECT_EQ(status({}), ok);
         EXPECT_EQ(status({.size = p.smallest}), ok);
@@ -120,10 +99,8 @@ TEST(Conversion, ChecksItsArgumentsInOrder) {
 
 TEST(Conversion, RoundsOnlyTheWholeBlocksOfTheFullRangeMember) {
     // Byte 0 is 100 - 2 * 1.140 = 97.72, byte 1 is 100 + 2 * 0.581 + 0.394 = 101.56, byte 2 is 100 - 2.032 = 97.97.
-    const BYTE y[3][3] = {{100, 100, 100}, {100, 100, 100}, {100, 100, 100}};
-    const BYTE p1[2][2] = {{127, 127}, {127, 127}};
-    const BYTE p2[2][2] = {{126, 126}, {126, 126}};
-    const BYTE* planes[] = {y[0], p1[0], p2[0]};
+    const std::vector<BYTE> y(9, 100), p1(4, 127), p2(4, 126);
+    const BYTE* planes[] = {y.data(), p1.data(), p2.data()};
     const std::int32_t steps[] = {3, 2, 2};
     BYTE out[3][12] = {};
     ASSERT_EQ(px::ippiYUV420ToRGB_8u_P3AC4R(planes, steps, out[0], 12, {3, 3}), ok);
@@ -131,10 +108,9 @@ TEST(Conversion, RoundsOnlyTheWholeBlocksOfTheFullRangeMember) {
         for (int x = 0; x < 3; ++x) {
             const bool bWhole = row < 2 && x < 2;
             const BYTE* pPixel = out[row] + 4 * x;
-            EXPECT_EQ(pPixel[0], bWhole ? 98 : 97);
-            EXPECT_EQ(pPixel[1], bWhole ? 102 : 101);
-            EXPECT_EQ(pPixel[2], bWhole ? 98 : 97);
-            EXPECT_EQ(pPixel[3], 0);
+            const std::vector<BYTE> want =
+                bWhole ? std::vector<BYTE>{98, 102, 98, 0} : std::vector<BYTE>{97, 101, 97, 0};
+            EXPECT_EQ(std::vector<BYTE>(pPixel, pPixel + 4), want) << x << " " << row;
         }
 }
 
@@ -158,8 +134,7 @@ TEST(Conversion, LendsTheLastPixelOfAnOddRowTheChromaOfThePairBefore) {
     ASSERT_EQ(px::ippiCbYCr422ToBGR_8u_C2C4R(chroma, 6, four, 12, {3, 1}, 7), ok);
     // L = 84 * 76282 = 6407688; blue (6407688 - 38 * 132184 + 32768) >> 16 = 21, green (6407688 + 38 * 25689 -
     // 112 * 53279 + 32768) >> 16 = 22, red (6407688 + 112 * 104593 + 32768) >> 16 = 277, limited.
-    EXPECT_TRUE(four[8] == 21 && four[9] == 22 && four[10] == 255 && four[11] == 7)
-        << int{four[8]} << " " << int{four[9]} << " " << int{four[10]};
+    EXPECT_TRUE(four[8] == 21 && four[9] == 22 && four[10] == 255 && four[11] == 7);
     std::uint16_t words[2] = {0, 0xABCD};
     ASSERT_EQ(px::ippiYCbCr422ToRGB565_8u16u_C2C3R(both, 4, words, 2, {1, 1}), ok);
     EXPECT_EQ(words[0], one[0] >> 3 | one[1] >> 2 << 5 | one[2] >> 3 << 11);
@@ -174,8 +149,7 @@ TEST(Conversion, WritesHalfAGroupForTheLastPixelOfAnOddRow) {
     // C1 (-9699 * 400 - 19071 * 200 + 28770 * 100 + 0x1010000) >> 17 = 91, C2 (28770 * 400 - 24117 * 200 - 4653 * 100
     // + 0x1010000) >> 17 = 175.
     const BYTE want[] = {123, 91, 122, 175, 123, 91};
-    EXPECT_TRUE(std::equal(out, out + 6, want)) << int{out[0]} << " " << int{out[1]} << " " << int{out[2]} << " "
-                                                << int{out[3]} << " " << int{out[4]} << " " << int{out[5]};
+    EXPECT_TRUE(std::equal(out, out + 6, want));
 
     BYTE luma[9] = {}, p1[4] = {}, p2[4] = {};
     BYTE* planes[] = {luma, p1, p2};
@@ -205,21 +179,15 @@ TEST(Conversion, GivesTheSameSamplesAtEveryWidth) {
     }
 }
 
-TEST(Conversion, MovesSamplesBetweenPlanesAndPackedBytes) {
-    const BYTE packed[2][8] = {{1, 2, 3, 4, 5, 6, 7, 8}, {11, 12, 13, 14, 15, 16, 17, 18}};
-    Buffers b;
-    b.steps[0] = 4, b.steps[1] = b.steps[2] = 2;
-    ASSERT_EQ(px::ippiYCbCr422_8u_C2P3R(packed[0], 8, b.ppPlanes, b.steps, {4, 2}), ok);
-    const BYTE luma[] = {1, 3, 5, 7, 11, 13, 15, 17}, p1[] = {2, 6, 12, 16}, p2[] = {4, 8, 14, 18};
-    EXPECT_TRUE(std::equal(luma, luma + 8, b.planes[0]) && std::equal(p1, p1 + 4, b.planes[1]) &&
-                std::equal(p2, p2 + 4, b.planes[2]));
-    ASSERT_EQ(px::ippiYCbCr422_8u_P3C2R(b.Source(), b.steps, b.packed, 8, {4, 2}), ok);
-    EXPECT_TRUE(std::equal(packed[0], packed[0] + 16, b.packed));
-
-    std::fill_n(b.packed, 16, BYTE{0xEE}); // 3 x 3 pixels make one block
-    ASSERT_EQ(px::ippiYCrCb420ToYCbCr422_8u_P3C2R(b.Source(), b.steps, b.packed, 4, {3, 3}), ok);
+TEST(Conversion, TakesThreeByThreePixelsForOneBlock) {
+    const BYTE luma[3][4] = {{1, 3, 5, 7}, {11, 13, 15, 17}}, p1 = 2, p2 = 4;
+    const BYTE* planes[] = {luma[0], &p1, &p2};
+    const std::int32_t steps[] = {4, 2, 2};
+    BYTE packed[12];
+    std::fill_n(packed, 12, BYTE{0xEE});
+    ASSERT_EQ(px::ippiYCrCb420ToYCbCr422_8u_P3C2R(planes, steps, packed, 4, {3, 3}), ok);
     const BYTE block[] = {1, 4, 3, 2, 11, 4, 13, 2, 0xEE, 0xEE};
-    EXPECT_TRUE(std::equal(block, block + 10, b.packed));
+    EXPECT_TRUE(std::equal(block, block + 10, packed));
 }
 
 } // namespace

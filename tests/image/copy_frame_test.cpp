@@ -16,10 +16,9 @@ namespace {
 using namespace format_code;
 using Bytes = std::vector<BYTE>;
 
-/// Bytes that are all different as far as a byte goes.
-Bytes Ramp(std::size_t cb, BYTE first = 1) {
+Bytes Ramp(std::size_t cb) {
     Bytes bytes(cb);
-    std::iota(bytes.begin(), bytes.end(), first);
+    std::iota(bytes.begin(), bytes.end(), BYTE{1});
     return bytes;
 }
 
@@ -58,10 +57,10 @@ TEST(CopyFrame, NamesWhatKeepsItFromCopying) {
     const PictureFormat argb{ARGB32, 1, 1, 1};
     Bytes a(4, 1);
     Bytes b(4, 0);
-    EXPECT_EQ(CopyFrame(nullptr, &rgb, a.data(), b.data()), E_INVALIDARG);
-    EXPECT_EQ(CopyFrame(&rgb, nullptr, a.data(), b.data()), E_INVALIDARG);
-    EXPECT_EQ(CopyFrame(&rgb, &rgb, nullptr, b.data()), E_INVALIDARG);
-    EXPECT_EQ(CopyFrame(&rgb, &rgb, a.data(), nullptr), E_INVALIDARG);
+    for (const int missing : {0, 1, 2, 3})
+        EXPECT_EQ(CopyFrame(missing == 0 ? nullptr : &rgb, missing == 1 ? nullptr : &rgb,
+                            missing == 2 ? nullptr : a.data(), missing == 3 ? nullptr : b.data()),
+                  E_INVALIDARG);
     EXPECT_EQ(CopyFrame(&rgb, &argb, a.data(), b.data()), static_cast<HRESULT>(0x80040248));
 }
 

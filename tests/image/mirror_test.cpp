@@ -11,12 +11,6 @@ namespace {
 
 using testing_support::CGuardedBuffer;
 
-PrimStatus Mirror3In(BYTE* p, std::int32_t step, PrimSize size, std::int32_t flip) {
-    return px::ippiMirror_8u_C3IR(p, step, size, flip);
-}
-PrimStatus Mirror4In(BYTE* p, std::int32_t step, PrimSize size, std::int32_t flip) {
-    return px::ippiMirror_8u_C4IR(p, step, size, flip);
-}
 PrimStatus Mirror16In(BYTE* p, std::int32_t step, PrimSize size, std::int32_t flip) {
     return px::ippiMirror_16u_C1IR(reinterpret_cast<std::uint16_t*>(p), step, size, flip);
 }
@@ -32,8 +26,9 @@ struct Member {
     PrimStatus (*apart)(const BYTE*, std::int32_t, BYTE*, std::int32_t, PrimSize, std::int32_t);
 };
 
-constexpr Member members[] = {
-    {3, Mirror3In, px::ippiMirror_8u_C3R}, {4, Mirror4In, px::ippiMirror_8u_C4R}, {2, Mirror16In, Mirror16}};
+constexpr Member members[] = {{3, px::ippiMirror_8u_C3IR, px::ippiMirror_8u_C3R},
+                              {4, px::ippiMirror_8u_C4IR, px::ippiMirror_8u_C4R},
+                              {2, Mirror16In, Mirror16}};
 
 TEST(Mirror, PutsEveryElementWhereTheFlipSays) {
     constexpr std::int32_t padding = 6;
@@ -58,10 +53,10 @@ TEST(Mirror, PutsEveryElementWhereTheFlipSays) {
                     }
                 ASSERT_EQ(member.apart(source.Data(), step, got.Data(), step, size, flip), prim_status::ok);
                 ASSERT_EQ(member.inPlace(inPlace.Data(), step, size, flip), prim_status::ok);
-                const std::string text = std::to_string(member.cbElement) + " bytes, " + std::to_string(size.width) +
-                                         " x " + std::to_string(size.height) + ", flip " + std::to_string(flip);
-                EXPECT_EQ(got.DifferenceFrom(want), std::nullopt) << text;
-                EXPECT_EQ(inPlace.DifferenceFrom(wantInPlace), std::nullopt) << text << ", in place";
+                SCOPED_TRACE(testing::Message() << member.cbElement << " bytes, " << size.width << " x " << size.height
+                                                << ", flip " << flip);
+                EXPECT_EQ(got.DifferenceFrom(want), std::nullopt);
+                EXPECT_EQ(inPlace.DifferenceFrom(wantInPlace), std::nullopt) << "in place";
             }
 }
 

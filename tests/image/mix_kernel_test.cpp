@@ -19,18 +19,6 @@ void MixByFormula(BYTE* pDst, Inputs inputs, std::size_t cb) {
         pDst[i] = Formula(pDst[i], inputs[0][i], inputs[1][i]);
 }
 
-TEST(MixMemory, GivesTheKnownBytes) {
-    const struct {
-        BYTE dst, src, w, mixed;
-    } cases[] = {{200, 100, 128, 150}, {255, 0, 254, 1}, {0, 255, 254, 254}, {7, 99, 0, 7}, {7, 99, 255, 99}};
-    for (const auto& c : cases)
-        for (const std::size_t cb : {1u, 8u, 200u}) {
-            Bytes dst(cb, c.dst);
-            MixMemory(dst.data(), Bytes(cb, c.src).data(), Bytes(cb, c.w).data(), cb);
-            EXPECT_EQ(dst, Bytes(cb, c.mixed)) << int{c.dst} << " " << int{c.src} << " " << int{c.w};
-        }
-}
-
 // Each length takes the bytes another way: by lines, by one widest vector, by eight, one by one.
 TEST(MixMemory, IsExactForEveryFrameByteOverlayByteAndWeight) {
     constexpr std::size_t n = 256 * 256;
@@ -70,10 +58,6 @@ BYTE ScaledByFormula(std::size_t i, std::size_t cb, unsigned src, unsigned alpha
 }
 
 TEST(MixScaleWeights, RoundsAllButTheBytesBehindTheLastEight) {
-    Bytes nine(9, 1), out(9);
-    MixScaleWeights(nine.data(), out.data(), 255, 8, 9);
-    EXPECT_EQ(out, (Bytes{1, 1, 1, 1, 1, 1, 1, 1, 0}));
-
     Bytes weights(256), got(256);
     std::iota(weights.begin(), weights.end(), BYTE{0});
     for (unsigned alpha = 0; alpha < 256; ++alpha)

@@ -72,52 +72,36 @@ TEST(NormalizeImage, ScalesFirst) {
 
 TEST(NormalizeImage, RefusesBitmapsThatItCannotTrust) {
     const Bitmap good(4, 4, 24);
-    const struct {
-        const char* pszName;
-        void (*spoil)(ImageInfoTag& info, SIZE& size);
-    } cases[] = {
-        {"compressed", [](ImageInfoTag& info, SIZE&) { info.biCompression = 3; }},
-        {"16 bits", [](ImageInfoTag& info, SIZE&) { info.biBitCount = 16; }},
-        {"no width", [](ImageInfoTag& info, SIZE&) { info.biWidth = 0; }},
-        {"negative width", [](ImageInfoTag& info, SIZE&) { info.biWidth = -4; }},
-        {"one column", [](ImageInfoTag& info, SIZE&) { info.biWidth = 1; }},
-        {"one row", [](ImageInfoTag& info, SIZE&) { info.biHeight = -1; }},
-        {"lowest height", [](ImageInfoTag& info, SIZE&) { info.biHeight = std::numeric_limits<LONG>::min(); }},
-        {"fewer pixels than rows need", [](ImageInfoTag& info, SIZE&) { --info.biSizeImage; }},
-        {"a size beyond 32 bits", [](ImageInfoTag& info, SIZE&) { info.biWidth = info.biHeight = 32767; }},
-        {"a side beyond the limit", [](ImageInfoTag& info, SIZE&) { info.biWidth = 32768; }},
-        {"negative wanted size",
-         [](ImageInfoTag&, SIZE& size) {
-             size = {-4, 4};
-         }},
-        {"wanted size of one",
-         [](ImageInfoTag&, SIZE& size) {
-             size = {4, 1};
-         }},
-        {"wanted size beyond the limit",
-         [](ImageInfoTag&, SIZE& size) {
-             size = {32768, 4};
-         }},
-        {"top-down to be scaled",
-         [](ImageInfoTag& info, SIZE& size) {
-             info.biHeight = -4, size = {2, 2};
-         }},
+    constexpr LONG lowest = std::numeric_limits<LONG>::min();
+    struct Refused {
+        LONG width = 4, height = 4;
+        SIZE wanted{};
+        WORD bits = 24;
+        DWORD compression = 0, cbMissing = 0;
     };
+    // clang-format off
+    const Refused cases[] = {
+        {.compression = 3}, {.bits = 16},  {.cbMissing = 1},  {.width = 0}, {.width = -4}, {.width = 1},
+        {.width = 32768},   {.height = -1}, {.height = lowest}, {.width = 32767, .height = 32767},
+        {.wanted = {-4, 4}}, {.wanted = {4, 1}}, {.wanted = {32768, 4}},
+        {.height = -4, .wanted = {2, 2}}}; // from the top down and to be scaled
+    // clang-format on
     for (const auto& c : cases) {
         ImageInfoTag info = good.info;
-        SIZE size;
+        info.biWidth = c.width, info.biHeight = c.height, info.biBitCount = c.bits, info.biCompression = c.compression;
+        info.biSizeImage -= c.cbMissing;
+        SIZE size = c.wanted;
         CTaskBlob out;
-        c.spoil(info, size);
-        EXPECT_EQ(NormalizeImage(&info, good.pixels.data(), &size, &out), E_INVALIDARG) << c.pszName;
-        EXPECT_TRUE(out.IsEmpty()) << c.pszName;
+        EXPECT_EQ(NormalizeImage(&info, good.pixels.data(), &size, &out), E_INVALIDARG) << &c - cases;
+        EXPECT_TRUE(out.IsEmpty()) << &c - cases;
     }
     ImageInfoTag info = good.info;
     SIZE size;
     CTaskBlob out;
-    EXPECT_EQ(NormalizeImage(nullptr, good.pixels.data(), &size, &out), E_INVALIDARG);
-    EXPECT_EQ(NormalizeImage(&info, nullptr, &size, &out), E_INVALIDARG);
-    EXPECT_EQ(NormalizeImage(&info, good.pixels.data(), nullptr, &out), E_INVALIDARG);
-    EXPECT_EQ(NormalizeImage(&info, good.pixels.data(), &size, nullptr), E_INVALIDARG);
+    for (const int missing : {0, 1, 2, 3})
+        EXPECT_EQ(NormalizeImage(missing == 0 ? nullptr : &info, missing == 1 ? nullptr : good.pixels.data(),
+                                 missing == 2 ? nullptr : &size, missing == 3 ? nullptr : &out),
+                  E_INVALIDARG);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <vector>
 
 namespace vellumcaster {
 namespace {
@@ -20,31 +21,36 @@ constexpr std::uint32_t streamFormats[] = {RGB32, RGB24, YUY2, YVYU, UYVY, YV12,
 CTaskBlob FlatPicture(BYTE alpha) {
     CTaskBlob blob;
     EXPECT_EQ(blob.Resize(6 * 2 * 4), S_OK);
-    for (std::size_t i = 0; i < blob.Size(); i += 4) {
-        const BYTE pixel[] = {10, 20, 30, alpha};
-        std::copy_n(pixel, 4, blob.Data() + i);
-    }
+    for (std::size_t i = 0; i < blob.Size(); ++i)
+        blob.Data()[i] = i % 4 == 3 ? alpha : static_cast<BYTE>(10 * (i % 4 + 1));
     return blob;
 }
 
-std::size_t PlaneSize(std::uint32_t format) { return CPictureFormats::GetBufferSize({format, 6, -2, 0}); }
+/// Each weight of a layer is the first, or the second behind the last whole eight; rows of RGB24 end in two gaps.
+void ExpectWeights(const OverlayLayer& layer, std::uint32_t format, BYTE inEights, BYTE behind) {
+    const std::size_t cb = CPictureFormats::GetBufferSize({format, 6, -2, 0});
+    ASSERT_EQ(layer.planeWeight.Size(), cb);
+    for (std::size_t i = 0; i < cb; ++i)
+        if (format != RGB24 || i % 20 < 18) {
+            EXPECT_EQ(layer.planeWeight.Data()[i], i < cb / 8 * 8 ? inEights : behind) << i;
+        }
+}
 
-bool IsGap(std::uint32_t format, std::size_t i) { return format == RGB24 && i % 20 >= 18; }
+OVERLAY_PROPS Props(LONG keyMin, LONG keyMax) {
+    OVERLAY_PROPS props;
+    props.sAlphaValue = 255;
+    props.nColorKeyMin = keyMin, props.nColorKeyMax = keyMax;
+    return props;
+}
 
 TEST(PrepareLayer, MakesThePlanesOfAnImageInEveryStreamFormat) {
     for (const std::uint32_t format : streamFormats) {
         SCOPED_TRACE(testing::Message() << std::hex << format);
-        OVERLAY_PROPS props;
-        props.sAlphaValue = 255;
-        props.nColorKeyMin = props.nColorKeyMax = -1;
+        OVERLAY_PROPS props = Props(-1, -1);
         OverlayLayer layer;
         ASSERT_EQ(PrepareImage2(FlatPicture(200), size, format, props, layer), S_OK);
         EXPECT_EQ(layer.planeColor.Size(), 48u);
-        ASSERT_EQ(layer.planeWeight.Size(), PlaneSize(format));
-        for (std::size_t i = 0; i < layer.planeWeight.Size(); ++i) // (200 * 255 + 128) >> 8, at the end 199 as well
-            if (!IsGap(format, i)) {
-                EXPECT_EQ(layer.planeWeight.Data()[i], 199) << i;
-            }
+        ExpectWeights(layer, format, 199, 199); // (200 * 255 + 128) >> 8
         // Blue, or Y = (6423 * 10 + 33030 * 20 + 16843 * 30 + 0x108000) >> 16 = 35.
         EXPECT_EQ(layer.planeColor.Data()[format == UYVY ? 1 : 0], format == RGB32 || format == RGB24 ? 10 : 35);
 
@@ -55,10 +61,7 @@ TEST(PrepareLayer, MakesThePlanesOfAnImageInEveryStreamFormat) {
 }
 
 TEST(PrepareLayer, AppliesTheKeyBeforeTheWeights) {
-    OVERLAY_PROPS props;
-    props.sAlphaValue = 255;
-    props.nColorKeyMin = -1;
-    props.nColorKeyMax = 0;
+    const OVERLAY_PROPS props = Props(-1, 0);
     CTaskBlob picture = FlatPicture(255);
     picture.Data()[44] = 11; // the last pixel differs
     OverlayLayer layer;
@@ -75,17 +78,11 @@ TEST(PrepareLayer, FillsATextsColourAndWeighsByBothAlphas) {
         OverlayLayer layer;
         constexpr std::uint32_t color = 0x80302010;
         ASSERT_EQ(PrepareImage2(FlatPicture(255), size, format, color, 99, layer), S_OK);
-        CVirtualBlob want;
-        ASSERT_EQ(want.Alloc(48, true), S_OK);
+        std::vector<BYTE> want(48);
         const PictureFormat pf{format, 6, -2, 0};
-        ASSERT_EQ(CPictureFormats::FillBlock(want.Data(), &pf, color, nullptr), S_OK);
-        EXPECT_TRUE(std::equal(want.Data(), want.Data() + PlaneSize(format), layer.planeColor.Data()));
-        // Effective alpha round(99 * 128 / 255) = 50; weight (255 * 50 + 128) >> 8 = 50, behind groups of eight 49.
-        const std::size_t cb = PlaneSize(format);
-        for (std::size_t i = 0; i < cb; ++i)
-            if (!IsGap(format, i)) {
-                EXPECT_EQ(layer.planeWeight.Data()[i], i < (cb & ~std::size_t{7}) ? 50 : 49) << i;
-            }
+        ASSERT_EQ(CPictureFormats::FillBlock(want.data(), &pf, color, nullptr), S_OK);
+        EXPECT_TRUE(std::equal(want.begin(), want.begin() + 18, layer.planeColor.Data()));
+        ExpectWeights(layer, format, 50, 49); // effective alpha round(99 * 128 / 255) = 50; (255 * 50 + 128) >> 8
     }
 }
 
@@ -120,8 +117,7 @@ TEST(PrepareLayer, LeavesALayerUndrawnWhenAStepFails) {
                  {{5, 2}, I420, E_INVALIDARG},   {{3, 1}, RGB32, E_INVALIDARG},    {{6, 4}, RGB32, E_INVALIDARG},
                  {{-6, 2}, RGB32, E_INVALIDARG}, {{32768, 2}, RGB32, E_INVALIDARG}};
     for (const auto& c : cases) {
-        OVERLAY_PROPS props;
-        props.sAlphaValue = 255;
+        const OVERLAY_PROPS props = Props(-1, -1);
         OverlayLayer layer;
         ASSERT_EQ(PrepareImage2(picture, size, I420, props, layer), S_OK);
         ASSERT_TRUE(layer.TakesPartInMixing());

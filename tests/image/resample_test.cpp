@@ -62,12 +62,11 @@ TEST(ResamplePlane, GivesTheFiguresWorkedOutByHand) {
     } cases[] = {{four, {10, 20, 20, 30, 40, 40}, false, kernelBox}, // the nearest alone
                  {four, doubled, false, kernelTriangle},
                  {four, doubled, true, kernelTriangle},
-                 {{10, 20}, {10, 17, 20}, false, kernelTriangle}, // less than there are taps
-                 {{10, 20}, {10, 17, 20}, true, kernelTriangle},
-                 {first, {85, 0, 0, 0}, false, kernelTriangle}, // at the edge the rest of the taps has all the weight
-                 {fifth, {0, 0, 60, 5}, false, kernelGaussian}, // 5 taps cut to 4
-                 {fifth, {0, 5, 58, 5}, true, kernelGaussian},  // and kept
-                 {last, {0, 0, 0, 70}, true, kernelGaussian},   // the edge is repeated: 61 and 9
+                 {{10, 20}, {10, 17, 20}, true, kernelTriangle}, // less than there are taps
+                 {first, {85, 0, 0, 0}, false, kernelTriangle},  // at the edge the rest of the taps has all the weight
+                 {fifth, {0, 0, 60, 5}, false, kernelGaussian},  // 5 taps cut to 4
+                 {fifth, {0, 5, 58, 5}, true, kernelGaussian},   // and kept
+                 {last, {0, 0, 0, 70}, true, kernelGaussian},    // the edge is repeated: 61 and 9
                  {middle, {0, 0, 0, 0, 16, 0, 0, 0}, false, kernelBox}}; // the last of 8 taps
     for (const auto& c : cases)
         EXPECT_EQ(Scaled(c.source, c.scaled.size(), c.bVertical, c.nKernel), c.scaled) << &c - cases;

@@ -190,26 +190,21 @@ TEST(Resize, AnswersInTheOrderOfItsChecks) {
     const PictureFormat rgb{RGB32, 8, 4}, large{RGB32, 16, 8}, down{RGB32, 16, -8}, rgb24{RGB24, 16, 8},
         word{RGB565, 8, 4}, largeWord{RGB565, 16, 8}, odd{I420, 7, 4}, i420{I420, 8, 4}, largeI420{I420, 16, 8},
         yuy2{YUY2, 8, 4, 8}, noStride{YUY2, 16, 8};
-    const RECT empty{4, 0, 4, 4}, outside{9, 0, 13, 4}, column{0, 0, 1, 4};
+    const RECT whole{0, 0, 8, 4}, empty{4, 0, 4, 4}, outside{9, 0, 13, 4}, column{0, 0, 1, 4};
     const struct {
         const PictureFormat *from, *to;
         const RECT* rcFrom;
         std::int32_t nMode;
         HRESULT hr;
-    } cases[] = {{nullptr, &rgb, nullptr, 34, E_INVALIDARG},
-                 {&rgb, nullptr, nullptr, 34, E_INVALIDARG},
-                 {&rgb, &rgb24, nullptr, 34, E_INVALIDARG},
-                 {&i420, &odd, nullptr, 34, E_INVALIDARG},
-                 {&rgb, &down, &outside, 34, E_INVALIDARG},
-                 {&rgb, &large, &empty, 34, E_INVALIDARG},
-                 {&rgb, &large, &outside, 34, S_FALSE},
-                 {&word, &largeWord, nullptr, 34, S_OK},
-                 {&rgb, &large, nullptr, 3, -22},
-                 {&rgb, &large, nullptr, 8, -22},
-                 {&i420, &largeI420, nullptr, 68, E_INVALIDARG},
-                 {&yuy2, &noStride, &column, 34, -6},
-                 {&noStride, &yuy2, nullptr, 34, -14},
-                 {&yuy2, &noStride, nullptr, 34, -14}};
+        // clang-format off
+    } cases[] = {{nullptr, &rgb, &whole, 34, E_INVALIDARG},  {&rgb, nullptr, &whole, 34, E_INVALIDARG},
+                 {&rgb, &rgb24, &whole, 34, E_INVALIDARG},   {&i420, &odd, &whole, 34, E_INVALIDARG},
+                 {&rgb, &down, &outside, 34, E_INVALIDARG},  {&rgb, &large, &empty, 34, E_INVALIDARG},
+                 {&rgb, &large, &outside, 34, S_FALSE},      {&word, &largeWord, &whole, 34, S_OK},
+                 {&rgb, &large, &whole, 3, -22},             {&rgb, &large, &whole, 8, -22},
+                 {&yuy2, &noStride, &column, 34, -6},        {&i420, &largeI420, &whole, 68, E_INVALIDARG},
+                 {&noStride, &yuy2, nullptr, 34, -14},       {&yuy2, &noStride, &whole, 34, -14}};
+    // clang-format on
     Bytes source(1024, 7), target(1024);
     for (const auto& c : cases)
         EXPECT_EQ(Img_Resize(source.data(), target.data(), c.from, c.to, c.rcFrom, nullptr, c.nMode, nullptr, 0), c.hr)

@@ -22,10 +22,8 @@ TEST(Bstr, KeepsItsByteLengthBeforeItAndTellsNullFromEmpty) {
     EXPECT_EQ(bs.Get()[3], u'\0');
     ASSERT_EQ(bs.Assign(bs.Get()), S_OK) << "a copy of itself";
     EXPECT_EQ(bs.View(), std::u16string_view(u"a\0b", 3));
-    ASSERT_EQ(bs.Assign(std::u16string_view()), S_OK);
-    EXPECT_TRUE(bs);
-    ASSERT_EQ(bs.Assign(BSTR{nullptr}), S_OK);
-    EXPECT_FALSE(bs);
+    EXPECT_TRUE(bs.Assign(std::u16string_view()) == S_OK && bs);
+    EXPECT_TRUE(bs.Assign(BSTR{nullptr}) == S_OK && !bs);
     EXPECT_EQ(SysAllocStringLen(nullptr, 0x80000000u), nullptr) << "the prefix cannot hold it";
 }
 

@@ -23,17 +23,11 @@ TEST(DateFormat, FillsPicturesOfDates) {
     const SYSTEMTIME date{2006, 7, 3, 6, 0, 0, 0, 0}; // a Thursday, whatever the record says
     const struct {
         const char *pszPicture, *pszText;
-    } cases[] = {{"yyyy/MM/dd", "2006/07/06"},
-                 {"d.M.y", "6.7.6"},
-                 {"dd MM yy", "06 07 06"},
-                 {"yyyyy", "2006"},
-                 {"yyy", "2006"},
-                 {"HH:mm", "HH:mm"},
-                 {"gg'' d", " 6"},
-                 {"'d''d' d", "d'd 6"},
-                 {"'open d", "open d"},
-                 {"d\xC3\xA9", "6\xC3\xA9"},
-                 {"", ""}};
+        // clang-format off
+    } cases[] = {{"yyyy/MM/dd", "2006/07/06"}, {"d.M.y", "6.7.6"},    {"dd MM yy", "06 07 06"}, {"yyyyy", "2006"},
+                 {"yyy", "2006"},              {"HH:mm", "HH:mm"},    {"gg'' d", " 6"},         {"'d''d' d", "d'd 6"},
+                 {"'open d", "open d"},        {"d\xC3\xA9", "6\xC3\xA9"}, {"", ""}};
+    // clang-format on
     for (const auto& c : cases)
         EXPECT_EQ(Filled(GetDateFormatA, date, c.pszPicture), c.pszText) << c.pszPicture;
 }

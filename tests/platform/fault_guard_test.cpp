@@ -9,9 +9,8 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
+#include <cstdio>
 #include <functional>
-#include <stdexcept>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -25,17 +24,13 @@ __attribute__((no_sanitize("undefined"), noinline)) void TouchNull() {
     *p = 1;
 }
 
-const volatile char* MapBehindTheEndOfAFile() {
-    char name[] = "/tmp/fault_guard_XXXXXX";
-    const int file = mkstemp(name);
-    unlink(name);
-    void* p = mmap(nullptr, cbPage, PROT_READ, MAP_PRIVATE, file, 0);
-    close(file);
-    return static_cast<const volatile char*>(p);
-}
-
 void TouchBehindTheEndOfAFile() {
-    static const volatile char* const p = MapBehindTheEndOfAFile();
+    static const auto* const p = [] {
+        std::FILE* const pFile = std::tmpfile();
+        const void* pEmpty = mmap(nullptr, cbPage, PROT_READ, MAP_PRIVATE, fileno(pFile), 0);
+        std::fclose(pFile);
+        return static_cast<const volatile char*>(pEmpty);
+    }();
     [[maybe_unused]] const char c = *p;
 }
 
@@ -66,13 +61,11 @@ constexpr Fault faults[] = {
 TEST(FaultGuard, EndsTheCallAtEachHardwareSignalAgainAndAgain) {
     for (const Fault& fault : faults)
         for (int time = 0; time < 3; ++time) { // a signal that stayed blocked would kill at the second
-            bool bWentOn = false;
             EXPECT_EQ(CallGuarded([&] {
                           fault.pCause();
-                          bWentOn = true;
+                          ADD_FAILURE() << "went on";
                       }),
                       fault.code);
-            EXPECT_FALSE(bWentOn);
         }
     EXPECT_EQ(CallGuarded([] {}), faultNone);
 }
@@ -90,26 +83,16 @@ TEST(FaultGuard, LeavesTheSignalMaskAsTheFaultFoundIt) {
 }
 
 TEST(FaultGuard, CountsAnExceptionAsAFault) {
-    EXPECT_EQ(CallGuarded([] { throw std::runtime_error("no"); }), faultCppException);
     EXPECT_EQ(CallGuarded([] { throw 1; }), faultCppException);
     EXPECT_EQ(CallGuarded(TouchNull), FaultCode{SIGSEGV});
 }
 
 TEST(FaultGuard, GivesAFaultToTheInnermostGuardThatIsOpen) {
-    FaultCode inner = faultNone;
-    bool bOuterWentOn = false;
-    EXPECT_EQ(CallGuarded([&] {
-                  inner = CallGuarded(TouchNull);
-                  bOuterWentOn = true;
-              }),
-              faultNone);
-    EXPECT_EQ(inner, FaultCode{SIGSEGV});
-    EXPECT_TRUE(bOuterWentOn);
-
-    for (const auto& innerCall :
-         {std::function<void()>([] {}), std::function<void()>(TouchNull), std::function<void()>([] { throw 1; })})
+    const std::pair<std::function<void()>, FaultCode> inner[] = {
+        {[] {}, faultNone}, {TouchNull, SIGSEGV}, {[] { throw 1; }, faultCppException}};
+    for (const auto& c : inner)
         EXPECT_EQ(CallGuarded([&] {
-                      inner = CallGuarded(innerCall);
+                      EXPECT_EQ(CallGuarded(c.first), c.second);
                       TouchBehindTheEndOfAFile();
                   }),
                   FaultCode{SIGBUS});
@@ -150,8 +133,6 @@ TEST(FaultGuard, KeepsTheFaultsOfThreadsApart) {
 // A sanitizer takes the signal before the system does, reports it and exits.
 bool DiedOfSegv(int status) { return WIFSIGNALED(status) ? WTERMSIG(status) == SIGSEGV : WEXITSTATUS(status) != 0; }
 
-constexpr int exitOfEarlierHandler = 42;
-
 void InstallEarlierHandler(int signal, void (*pHandler)(int)) {
     struct sigaction action {};
     action.sa_handler = pHandler;
@@ -166,15 +147,6 @@ protected:
     void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
-TEST_F(FaultGuardDeathTest, SwallowsNoFaultOutsideOfAGuard) {
-    EXPECT_EXIT(
-        {
-            static_cast<void>(CallGuarded(TouchNull));
-            TouchNull();
-        },
-        DiedOfSegv, "");
-}
-
 TEST_F(FaultGuardDeathTest, SwallowsNoFaultOfAnotherThread) {
     EXPECT_EXIT(static_cast<void>(CallGuarded([] { std::thread(TouchNull).join(); })), DiedOfSegv, "");
 }
@@ -182,24 +154,22 @@ TEST_F(FaultGuardDeathTest, SwallowsNoFaultOfAnotherThread) {
 TEST_F(FaultGuardDeathTest, LeavesAFaultOutsideOfAGuardToTheEarlierHandler) {
     EXPECT_EXIT(
         {
-            InstallEarlierHandler(SIGSEGV, [](int) { _exit(exitOfEarlierHandler); });
+            InstallEarlierHandler(SIGSEGV, [](int) { _exit(42); });
             if (CallGuarded(TouchNull) != SIGSEGV) _exit(1);
-            std::thread(TouchNull).join();
+            TouchNull();
         },
-        testing::ExitedWithCode(exitOfEarlierHandler), "");
+        testing::ExitedWithCode(42), "");
 }
 
 TEST_F(FaultGuardDeathTest, TakesNoSentSignalForAFault) {
     EXPECT_EXIT(
         {
             InstallEarlierHandler(SIGFPE, [](int) { g_nEarlierCalls = g_nEarlierCalls + 1; });
-            bool bWentOn = false;
-            const FaultCode code = CallGuarded([&] {
+            const FaultCode code = CallGuarded([] {
                 std::raise(SIGFPE);
                 kill(getpid(), SIGFPE);
-                bWentOn = true;
             });
-            _exit(code == faultNone && bWentOn && g_nEarlierCalls == 2 ? 0 : 1);
+            _exit(code == faultNone && g_nEarlierCalls == 2 ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
     EXPECT_EXIT(static_cast<void>(CallGuarded([] { std::raise(SIGSEGV); })), DiedOfSegv, "");

@@ -34,26 +34,20 @@ public:
         return nKind < codes.size() ? codes[nKind] : Fault();
     }
 
+    /// The answer, or what acting answers.
+    template <class Act>
+    HRESULT AnswerOr(Act act) {
+        const auto hr = Answer();
+        return hr ? *hr : act();
+    }
+
 private:
-    static constexpr std::array codes{S_OK,
-                                      S_FALSE,
-                                      VFW_S_NO_STOP_TIME,
-                                      E_FAIL,
-                                      E_ABORT,
-                                      E_POINTER,
-                                      E_NOTIMPL,
-                                      E_UNEXPECTED,
-                                      E_INVALIDARG,
-                                      E_OUTOFMEMORY,
-                                      E_NOINTERFACE,
-                                      VFW_E_NOT_CONNECTED,
-                                      VFW_E_TYPE_NOT_ACCEPTED,
-                                      VFW_E_ENUM_OUT_OF_SYNC,
-                                      VFW_E_WRONG_STATE,
-                                      VFW_E_NOT_COMMITTED,
-                                      VFW_E_TIMEOUT,
-                                      VFW_E_INVALIDMEDIATYPE,
-                                      VFW_E_SAMPLE_TIME_NOT_SET};
+    // clang-format off
+    static constexpr std::array codes{
+        S_OK, S_FALSE, VFW_S_NO_STOP_TIME, E_FAIL, E_ABORT, E_POINTER, E_NOTIMPL, E_UNEXPECTED, E_INVALIDARG,
+        E_OUTOFMEMORY, E_NOINTERFACE, VFW_E_NOT_CONNECTED, VFW_E_TYPE_NOT_ACCEPTED, VFW_E_ENUM_OUT_OF_SYNC,
+        VFW_E_WRONG_STATE, VFW_E_NOT_COMMITTED, VFW_E_TIMEOUT, VFW_E_INVALIDMEDIATYPE, VFW_E_SAMPLE_TIME_NOT_SET};
+    // clang-format on
 
     /// splitmix64
     std::uint64_t Draw() {
@@ -76,8 +70,7 @@ public:
     CUnrulySample(CComPtr<IMediaSample2> sp, Whims whims) : m_sp(std::move(sp)), m_Whims(std::move(whims)) {}
 
     HRESULT QueryInterface(const GUID& iid, void** ppv) override {
-        if (const auto hr = m_Whims->Answer()) return *hr;
-        return CUnknownImpl::QueryInterface(iid, ppv);
+        return m_Whims->AnswerOr([&] { return CUnknownImpl::QueryInterface(iid, ppv); });
     }
     HRESULT GetPointer(BYTE** pp) override { return Do(&IMediaSample::GetPointer, pp); }
     LONG GetSize() override { return Length(&IMediaSample::GetSize); }
@@ -101,8 +94,7 @@ public:
 private:
     template <class Interface, class... Parameters>
     HRESULT Do(HRESULT (Interface::*method)(Parameters...), std::type_identity_t<Parameters>... arguments) {
-        if (const auto hr = m_Whims->Answer()) return *hr;
-        return (m_sp.Get()->*method)(arguments...);
+        return m_Whims->AnswerOr([&] { return (m_sp.Get()->*method)(arguments...); });
     }
 
     /// It may be no length at all, but never more than there is.
@@ -128,24 +120,19 @@ public:
     ~CUnrulyAllocator() override { m_sp->Decommit(); }
 
     HRESULT QueryInterface(const GUID& iid, void** ppv) override {
-        if (const auto hr = m_Whims->Answer()) return *hr;
-        return CUnknownImpl::QueryInterface(iid, ppv);
+        return m_Whims->AnswerOr([&] { return CUnknownImpl::QueryInterface(iid, ppv); });
     }
     HRESULT SetProperties(ALLOCATOR_PROPERTIES* pRequest, ALLOCATOR_PROPERTIES* pActual) override {
-        if (const auto hr = m_Whims->Answer()) return *hr;
-        return m_sp->SetProperties(pRequest, pActual);
+        return m_Whims->AnswerOr([&] { return m_sp->SetProperties(pRequest, pActual); });
     }
     HRESULT GetProperties(ALLOCATOR_PROPERTIES* pProps) override {
-        if (const auto hr = m_Whims->Answer()) return *hr;
-        return m_sp->GetProperties(pProps);
+        return m_Whims->AnswerOr([&] { return m_sp->GetProperties(pProps); });
     }
     HRESULT Commit() override {
-        if (const auto hr = m_Whims->Answer()) return *hr;
-        return m_sp->Commit();
+        return m_Whims->AnswerOr([&] { return m_sp->Commit(); });
     }
     HRESULT Decommit() override {
-        if (const auto hr = m_Whims->Answer()) return *hr;
-        return m_sp->Decommit();
+        return m_Whims->AnswerOr([&] { return m_sp->Decommit(); });
     }
     HRESULT GetBuffer(IMediaSample** ppBuffer, REFERENCE_TIME*, REFERENCE_TIME*, DWORD dwFlags) override {
         if (const auto hr = m_Whims->Answer()) return *hr;

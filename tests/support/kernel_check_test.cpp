@@ -32,7 +32,8 @@ TEST(KernelCheck, RefusesEveryBrokenKernel) {
              if (cb > 9) ++const_cast<BYTE*>(pIn)[0];
          },
          "input, byte 0"},
-        {[](BYTE* p, const BYTE*, std::size_t) { *p ^= reinterpret_cast<std::uintptr_t>(p) % 2; }, "at offset 1:"},
+        {[](BYTE* p, const BYTE*, std::size_t) { *p ^= static_cast<BYTE>(reinterpret_cast<std::uintptr_t>(p) % 2); },
+         "at offset 1:"},
     };
     for (const auto& [spoil, pszTold] : spoils) {
         const RowKernel kernel = [after = spoil](BYTE* p, Inputs in, std::size_t cb) {

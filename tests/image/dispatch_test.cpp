@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include <regex>
+#include <algorithm>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,13 +18,15 @@ namespace {
 
 struct FakeProcessor {
     std::uint32_t family;
-    /// Of "mmx sse sse2 sse3 ht 64", and "other" for another vendor, "old" without the last leaf.
-    const char* pszFeatures;
+    const char*
+        pszFeatures; ///< of "mmx sse sse2 sse3 ht 64", and "other" for another vendor, "old" without the last leaf
     int cpuType;
     int variant;
 
     [[nodiscard]] bool Has(const std::string& feature) const {
-        return std::regex_search(pszFeatures, std::regex("\\b" + feature + "\\b"));
+        std::istringstream features(pszFeatures);
+        return std::find(std::istream_iterator<std::string>(features), {}, feature) !=
+               std::istream_iterator<std::string>();
     }
 
     [[nodiscard]] CpuidSource Cpuid() const {
@@ -44,13 +48,21 @@ struct FakeProcessor {
 };
 
 constexpr FakeProcessor processors[] = {
-    // clang-format off
-    {5, "", 1, 0},                    {5, "mmx", 2, 0},           {6, "", 3, 0},
-    {6, "mmx", 4, 0},                 {6, "mmx sse", 5, 1},       {6, "mmx sse sse2 sse3 ht 64", 9, 2},
-    {7, "sse2", 16, 1},               {15, "mmx sse", 17, 1},     {15, "mmx sse sse2", 6, 2},
-    {15, "mmx sse sse2 ht 64", 7, 2}, {15, "sse2 sse3 ht", 8, 3}, {15, "sse2 sse3 64 old", 8, 3},
-    {15, "sse2 sse3 64", 32, 3},      {4, "mmx sse sse2", 0, 0},  {15, "sse2 sse3 64 other", 0, 0},
-    // clang-format on
+    {5, "", 1, 0},
+    {5, "mmx", 2, 0},
+    {6, "", 3, 0},
+    {6, "mmx", 4, 0},
+    {6, "mmx sse", 5, 1},
+    {6, "mmx sse sse2 sse3 ht 64", 9, 2},
+    {7, "sse2", 16, 1},
+    {15, "mmx sse", 17, 1},
+    {15, "mmx sse sse2", 6, 2},
+    {15, "mmx sse sse2 ht 64", 7, 2},
+    {15, "sse2 sse3 ht", 8, 3},
+    {15, "sse2 sse3 64 old", 8, 3},
+    {15, "sse2 sse3 64", 32, 3},
+    {15, "sse2 sse3 64 other", 0, 0},
+    {4, "mmx sse sse2", 0, 0},
 };
 
 TEST(Dispatch, ClassifiesProcessors) {
@@ -96,13 +108,39 @@ TEST(Dispatch, FallsToTheNextCompleteVariant) {
     }
 }
 
-std::vector<std::string> g_Shown;
+TEST(Dispatch, LeavesTheRowsBeforeAHoleBound) {
+    FakeTable table({1});
+    CPrimitiveDispatch dispatch(table.rows, nullptr);
+    EXPECT_EQ(dispatch.BindVariant(1), 0);
+    EXPECT_TRUE(table.slots[0] == Entry<1> && table.slots[1] == Entry<0>);
+    EXPECT_EQ(dispatch.BindVariant(2), 1);
+    EXPECT_EQ(dispatch.InitVariant(1), 1);
+    EXPECT_EQ(dispatch.CurrentVariant(), 0);
+}
+
+/// What the person at the machine is shown while this lives.
+class CShownMessages {
+public:
+    CShownMessages() {
+        s_Shown.clear();
+        m_pEarlier = SetMessageHandler(&s_handler);
+    }
+    ~CShownMessages() { SetMessageHandler(m_pEarlier); }
+
+    [[nodiscard]] static const std::vector<std::string>& Shown() { return s_Shown; }
+
+private:
+    static inline std::vector<std::string> s_Shown;
+    static constexpr MessageHandler s_handler{
+        [](std::uint32_t style) { s_Shown.push_back("beep " + std::to_string(style)); },
+        [](const char* pszText, const char* pszTitle, std::uint32_t style) {
+            s_Shown.push_back(std::string(pszTitle) + "|" + pszText + "|" + std::to_string(style));
+        }};
+    const MessageHandler* m_pEarlier;
+};
 
 TEST(Dispatch, ReportsEveryTimeThatNothingCanBeBound) {
-    static constexpr MessageHandler handler{
-        [](std::uint32_t style) { g_Shown.push_back("beep " + std::to_string(style)); },
-        [](const char* pszText, const char*, std::uint32_t) { g_Shown.emplace_back(pszText); }};
-    const MessageHandler* pEarlier = SetMessageHandler(&handler);
+    const CShownMessages messages;
     FakeTable table({0});
     CPrimitiveDispatch dispatch(table.rows, nullptr);
     CPrimitiveDispatch withoutRows({}, nullptr);
@@ -110,11 +148,11 @@ TEST(Dispatch, ReportsEveryTimeThatNothingCanBeBound) {
     EXPECT_FALSE(dispatch.Ensure());
     EXPECT_EQ(dispatch.InitVariant(4), 0);
     EXPECT_FALSE(withoutRows.Ensure());
-    SetMessageHandler(pEarlier);
-    const std::string examined = " No IPP matching to examined CPU was found during the Waterfall procedure";
-    const std::string named = " No IPP matching to CPU was found during the Waterfall";
-    EXPECT_EQ(g_Shown, (std::vector<std::string>{"beep 16", examined, "beep 16", examined, "beep 16", named, "beep 16",
-                                                 examined}));
+    const std::string examined =
+        "Set IPP library error| No IPP matching to examined CPU was found during the Waterfall procedure|16";
+    const std::string named = "Set IPP library error| No IPP matching to CPU was found during the Waterfall|16";
+    EXPECT_EQ(messages.Shown(), (std::vector<std::string>{"beep 16", examined, "beep 16", examined, "beep 16", named,
+                                                          "beep 16", examined}));
 }
 
 TEST(Dispatch, BindsOnceForThreadsThatComeTogether) {
@@ -132,12 +170,16 @@ TEST(Dispatch, BindsOnceForThreadsThatComeTogether) {
     EXPECT_EQ(nQuestions, 1);
 }
 
-TEST(Dispatch, BindsTheProcessByItsProcessor) {
+TEST(Dispatch, HasPortableCodeForEveryPrimitive) {
+    for (const PrimEntry slot : g_PrimSlots)
+        EXPECT_NE(slot, nullptr);
     EXPECT_TRUE(Img_EnsurePrimitives());
     EXPECT_EQ(Prim_CurrentVariant(), Prim_VariantForCpu());
+    EXPECT_EQ(ippiMirror_8u_C4IR(nullptr, 0, {0, 0}, 3), px::ippiMirror_8u_C4IR(nullptr, 0, {0, 0}, 3));
 }
 
 TEST(PrimStatus, BecomesAResultAndAText) {
+    EXPECT_EQ(ResultFromStatus(prim_status::ok), S_OK);
     EXPECT_EQ(ResultFromStatus(prim_status::badSize), -6);
     EXPECT_EQ(ResultFromStatus(prim_status::wrongRoi), static_cast<HRESULT>(0x8007001D));
     EXPECT_STREQ(Prim_StatusText(-51), "Divisor is equal to zero, function is aborted");

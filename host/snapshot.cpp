@@ -1,11 +1,11 @@
 #include "host/snapshot.h"
 
+#include "host/frame_option.h"
 #include "host/output_file.h"
 #include "host/owned_cairo.h"
 #include "host/refusal.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 namespace vellumcaster {
@@ -90,15 +90,9 @@ cairo_status_t TakeBytes(void* pClosure, const unsigned char* pData, unsigned in
 } // namespace
 
 Snapshot ParseSnapshot(const std::string& text) {
-    const std::size_t colon = text.find(':');
-    const char* pEndOfNumber = text.data() + std::min(colon, text.size());
-    Snapshot snapshot;
-    const auto [end, error] = std::from_chars(text.data(), pEndOfNumber, snapshot.nFrame);
-    const bool bNumber = error == std::errc() && end == pEndOfNumber && snapshot.nFrame >= 0;
-    if (!bNumber || colon == std::string::npos || colon + 1 == text.size())
-        throw Refusal("--snapshot " + text + ": what is wanted is N:FILE.png, with frames counted from 0");
-    snapshot.path = text.substr(colon + 1);
-    return snapshot;
+    const std::optional<FrameOption> option = ParseFrameOption(text);
+    if (!option) throw Refusal("--snapshot " + text + ": what is wanted is N:FILE.png, with frames counted from 0");
+    return {option->nFrame, option->text};
 }
 
 void WriteSnapshot(const std::string& path, const Y4mHeader& header, std::span<const std::uint8_t> planes) {

@@ -1,10 +1,10 @@
 #include "host/stream_shape.h"
 
+#include "host/frame_option.h"
 #include "host/refusal.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <string_view>
 #include <utility>
 
@@ -20,15 +20,10 @@ constexpr std::array<std::pair<std::string_view, FrameMemory>, 4> memories{{{"pa
 } // namespace
 
 PixelSwitch ParsePixelSwitch(const std::string& text) {
-    const std::size_t colon = text.find(':');
-    const char* pEndOfNumber = text.data() + std::min(colon, text.size());
-    PixelSwitch change;
-    const auto [end, error] = std::from_chars(text.data(), pEndOfNumber, change.nFrame);
-    const bool bNumber = error == std::errc() && end == pEndOfNumber && change.nFrame > 0;
-    if (!bNumber || colon == std::string::npos || colon + 1 == text.size())
+    const std::optional<FrameOption> option = ParseFrameOption(text);
+    if (!option || option->nFrame == 0)
         throw Refusal("--switch " + text + ": what is wanted is N:FORMAT, with a frame from 1 on");
-    change.pixels = text.substr(colon + 1);
-    return change;
+    return {option->nFrame, option->text};
 }
 
 FrameMemory ParseFrameMemory(const std::string& text) {

@@ -101,20 +101,19 @@ struct Way {
     const char* pszName;
     SourceManners::Memory memory;
     MemoryType outputMemory;
-    int nItems;
     double goal; ///< by a plain copy
 };
 
 std::vector<RatioLine> AddGraphs() {
     using Memory = SourceManners::Memory;
     constexpr Way ways[] = {
-        {"separated_writable", Memory::Own, MemoryType::Unknown, 0, 1.1},
-        {"separated_read_only", Memory::OwnReadOnly, MemoryType::System, 0, 1.1},
-        {"separated_read_only_video", Memory::OwnReadOnly, MemoryType::Video, 0, 2.2},
+        {"separated_writable", Memory::Own, MemoryType::Unknown, 1.1},
+        {"separated_read_only", Memory::OwnReadOnly, MemoryType::System, 1.1},
+        {"separated_read_only_video", Memory::OwnReadOnly, MemoryType::Video, 2.2},
     };
     std::vector<RatioLine> lines;
     for (const Way& way : ways) {
-        const auto spGraph = std::make_shared<CStandingGraph>(way.memory, way.outputMemory, way.nItems);
+        const auto spGraph = std::make_shared<CStandingGraph>(way.memory, way.outputMemory, 0);
         const auto spCopy = std::make_shared<CPlainCopy>();
         AddBenchmark(way.pszName, "filter", [=] { spGraph->SendFrame(); });
         AddBenchmark(way.pszName, "copy", [=] { spCopy->Copy(); });

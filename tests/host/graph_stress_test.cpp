@@ -126,7 +126,10 @@ TEST_F(GraphStress, IsDisconnectedWhileADeliveryIsStillUnderWay) {
         EXPECT_EQ(m_spSink->Stop(), S_OK);
         EXPECT_EQ(m_spFilter->Stop(), S_OK);
         EXPECT_EQ(m_spFilter->m_spOut->Disconnect(), S_OK);
-        kept.clear();
+        {
+            const std::lock_guard lock(mutex); // a frame that has its buffer still arrives
+            kept.clear();
+        }
         EXPECT_EQ(m_spSource->Stop(), S_OK);
         m_spGraph->Clear();
     }

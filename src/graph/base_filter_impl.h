@@ -36,19 +36,8 @@ public:
 
     HRESULT Stop() override {
         const CX87Watch watch;
-        HRESULT hr = S_OK;
-        if (StateUnderLock() == State_Running) {
-            VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
-                              "WARNING. %s: IBaseFilterImpl::Stop(): current state is State_Running, call Pause() "
-                              "command\n",
-                              DisplayName());
-            hr = Pause();
-            if (FAILED(hr)) {
-                VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
-                                  "###Err### %s: IBaseFilterImpl::Stop(): Pause()=0x%X\n", DisplayName(), hr);
-                return hr;
-            }
-        }
+        const HRESULT hr = PauseFirstIn(State_Running, "Stop", "State_Running");
+        if (FAILED(hr)) return hr;
         CAutoLock lock(m_csFilter);
         return SetState(State_Stopped, 0);
     }
@@ -61,19 +50,8 @@ public:
 
     HRESULT Run(REFERENCE_TIME tStart) override {
         const CX87Watch watch;
-        HRESULT hr = S_OK;
-        if (StateUnderLock() == State_Stopped) {
-            VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
-                              "WARNING. %s: IBaseFilterImpl::Run(): current state is State_Stopped, call Pause() "
-                              "command\n",
-                              DisplayName());
-            hr = Pause();
-            if (FAILED(hr)) {
-                VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
-                                  "###Err### %s: IBaseFilterImpl::Run(): Pause()=0x%X\n", DisplayName(), hr);
-                return hr;
-            }
-        }
+        const HRESULT hr = PauseFirstIn(State_Stopped, "Run", "State_Stopped");
+        if (FAILED(hr)) return hr;
         CAutoLock lock(m_csFilter);
         return SetState(State_Running, tStart);
     }
@@ -175,6 +153,20 @@ private:
     FILTER_STATE StateUnderLock() {
         CAutoLock lock(m_csFilter);
         return m_State;
+    }
+
+    /// Goes through Paused on the way from a state that has no way of its own.
+    HRESULT PauseFirstIn(FILTER_STATE state, [[maybe_unused]] const char* pszCall,
+                         [[maybe_unused]] const char* pszState) {
+        if (StateUnderLock() != state) return S_OK;
+        VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Warning,
+                          "WARNING. %s: IBaseFilterImpl::%s(): current state is %s, call Pause() command\n",
+                          DisplayName(), pszCall, pszState);
+        const HRESULT hr = Pause();
+        if (FAILED(hr))
+            VELLUM_TRACE_LINE(TraceCategory::General, TraceLevel::Error,
+                              "###Err### %s: IBaseFilterImpl::%s(): Pause()=0x%X\n", DisplayName(), pszCall, hr);
+        return hr;
     }
 
     /// With the filter lock held. A failure leaves the state as it is, but that a filter without both connections is

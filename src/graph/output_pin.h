@@ -120,6 +120,22 @@ public:
         return hr;
     }
 
+    /// Attempts each type of a walk, from its start; the first that the peer takes wins.
+    /// \return S_OK; the failure with which the walk ended; VFW_E_NO_ACCEPTABLE_TYPES at its end.
+    HRESULT TryMediaTypes(IPin* pReceivePin, IEnumMediaTypes* pEnum) {
+        HRESULT hr = SEH_IEnumMediaTypes::Reset(pEnum);
+        if (FAILED(hr)) return hr;
+        for (;;) {
+            AM_MEDIA_TYPE* pmt = nullptr;
+            ULONG cFetched = 0;
+            hr = SEH_IEnumMediaTypes::Next(pEnum, 1, &pmt, &cFetched);
+            if (hr != S_OK) return FailureOf(hr, VFW_E_NO_ACCEPTABLE_TYPES);
+            if (!pmt) return E_FAIL;
+            const CMediaTypePtr spmt(pmt);
+            if (AttemptConnection(pReceivePin, pmt) == S_OK) return S_OK;
+        }
+    }
+
     /// Brings the allocator into the state that the filter goes to.
     /// \return S_OK; VFW_E_NOT_CONNECTED; VFW_E_NO_ALLOCATOR; the allocator's failure.
     HRESULT CommitOutputAllocator(bool bCommit) {
@@ -147,6 +163,15 @@ protected:
 
 private:
     Pin& This() { return static_cast<Pin&>(*this); }
+
+    /// Takes what a broken connection leaves, and has the peer forget it too.
+    void BreakOutput() {
+        if (!this->IsConnected()) return;
+        m_Allocator.Reset();
+        m_spMemInput.Set({});
+        const CComPtr<IPin> spPeer = this->m_spConnected.Take();
+        static_cast<void>(SEH_IPin::Disconnect(spPeer.Get()));
+    }
 
     HRESULT CanConnect(IPin* pReceivePin) {
         if (this->IsConnected()) return VFW_E_ALREADY_CONNECTED;
@@ -192,33 +217,6 @@ private:
         return FailureOf(hr, VFW_E_NO_ACCEPTABLE_TYPES);
     }
 
-public:
-    /// Attempts each type of a walk, from its start; the first that the peer takes wins.
-    /// \return S_OK; the failure with which the walk ended; VFW_E_NO_ACCEPTABLE_TYPES at its end.
-    HRESULT TryMediaTypes(IPin* pReceivePin, IEnumMediaTypes* pEnum) {
-        HRESULT hr = SEH_IEnumMediaTypes::Reset(pEnum);
-        if (FAILED(hr)) return hr;
-        for (;;) {
-            AM_MEDIA_TYPE* pmt = nullptr;
-            ULONG cFetched = 0;
-            hr = SEH_IEnumMediaTypes::Next(pEnum, 1, &pmt, &cFetched);
-            if (hr != S_OK) return FailureOf(hr, VFW_E_NO_ACCEPTABLE_TYPES);
-            if (!pmt) return E_FAIL;
-            const CMediaTypePtr spmt(pmt);
-            if (AttemptConnection(pReceivePin, pmt) == S_OK) return S_OK;
-        }
-    }
-
-    /// Takes what a broken connection leaves, and has the peer forget it too.
-    void BreakOutput() {
-        if (!this->IsConnected()) return;
-        m_Allocator.Reset();
-        m_spMemInput.Set({});
-        const CComPtr<IPin> spPeer = this->m_spConnected.Take();
-        static_cast<void>(SEH_IPin::Disconnect(spPeer.Get()));
-    }
-
-private:
     HRESULT AttemptConnection(IPin* pReceivePin, const AM_MEDIA_TYPE* pmt) {
         if (!pReceivePin || !pmt) return E_POINTER;
         if (!this->QueryAcceptMT(pmt)) return VFW_E_TYPE_NOT_ACCEPTED;

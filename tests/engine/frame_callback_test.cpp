@@ -1,11 +1,8 @@
-#include "engine/overlay_engine.h"
-#include "support/flat_item.h"
-#include "support/recording_painter.h"
+#include "support/engine_on_a_row.h"
 #include "support/scripted_callback.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
 #include <stdexcept>
 #include <utility>
@@ -16,69 +13,39 @@ namespace {
 using namespace testing_support;
 using Script = std::function<HRESULT(OVERLAY_PROPS&)>;
 
-/// An 8 x 1 frame in RGB32 and items of one pixel on it.
-class FrameCallback : public testing::Test {
+class FrameCallback : public EngineOnARow {
 protected:
-    Cookie AddWith(const CComPtr<CScriptedCallback>& spCallback, BYTE color = 50) {
+    /// An item of one pixel.
+    Cookie AddWith(const CComPtr<CScriptedCallback>& spCallback, BYTE color = 50, LONG nPosX = 0) {
         OverlayItem item = FlatItem(format_code::RGB32, {1, 1}, color);
         static_cast<void>(item.bsName.Assign(std::u16string_view(u"item")));
         item.spCallback = spCallback.Get();
-        Cookie cookie = 0;
-        EXPECT_EQ(m_Engine.AddItem(std::move(item), &cookie), S_OK);
-        return cookie;
+        item.props.nPosX = nPosX;
+        item.SnapToSetPosition();
+        return Add(std::move(item));
     }
 
     static CComPtr<CScriptedCallback> Callback(Script script) {
         return MakeCounted<CScriptedCallback>(std::move(script));
     }
-
-    /// The first byte of each pixel after one frame.
-    std::array<int, 8> Mix(const FrameTimes& times = {}) {
-        std::array<BYTE, 32> frame{};
-        EXPECT_EQ(m_Engine.MixFrame({frame.data(), 32, {format_code::RGB32, 8, -1, 0}}, {8, 1}, times), S_OK);
-        std::array<int, 8> pixels{};
-        for (std::size_t i = 0; i < 8; ++i)
-            pixels[i] = frame[4 * i];
-        return pixels;
-    }
-
-    OVERLAY_PROPS PropsOf(Cookie cookie) {
-        OVERLAY_PROPS props;
-        EXPECT_EQ(m_Engine.GetItemProps(cookie, &props), S_OK);
-        SysFreeString(std::exchange(props.bsTextString, nullptr));
-        return props;
-    }
-
-    CRecordingPainter m_Painter;
-    COverlayEngine m_Engine{m_Painter};
 };
 
-TEST_F(FrameCallback, ChangesItsItemOnTheFrameInHand) {
+TEST_F(FrameCallback, ChangesItsItemOnTheFrameInHandWhenItSaysOk) {
     BOOL bShow = 1;
-    AddWith(Callback([&bShow](OVERLAY_PROPS& props) {
+    HRESULT answer = S_FALSE;
+    AddWith(Callback([&](OVERLAY_PROPS& props) {
         EXPECT_EQ(std::u16string(props.bsTextString), u"item");
         props.nPosX = 3;
         props.bShow = bShow;
-        return S_OK;
+        return answer;
     }));
-    EXPECT_EQ(Mix(), (std::array<int, 8>{0, 0, 0, 50, 0, 0, 0, 0}));
+    EXPECT_EQ(Mix(), (Row{50, 0, 0, 0, 0, 0, 0, 0})) << "its changes are dropped";
+    answer = S_OK;
+    EXPECT_EQ(Mix(), (Row{0, 0, 0, 50, 0, 0, 0, 0})) << "but it is called again";
     bShow = 0;
-    EXPECT_EQ(Mix(), (std::array<int, 8>{}));
+    EXPECT_EQ(Mix(), Row{});
     bShow = 1;
     EXPECT_EQ(Mix()[3], 50) << "a hidden item's callback can show it";
-    EXPECT_TRUE(m_Engine.IsDirty());
-}
-
-TEST_F(FrameCallback, HasItsChangesDroppedUnlessItSaysOk) {
-    const auto callback = Callback([](OVERLAY_PROPS& props) {
-        props.nPosX = 3;
-        props.bShow = 0;
-        return S_FALSE;
-    });
-    AddWith(callback);
-    EXPECT_EQ(Mix()[0], 50);
-    EXPECT_EQ(Mix()[0], 50);
-    EXPECT_EQ(callback->m_nCalls, 2);
 }
 
 TEST_F(FrameCallback, LosesTheFractionOfAMovementWhenItSaysOk) {
@@ -87,13 +54,14 @@ TEST_F(FrameCallback, LosesTheFractionOfAMovementWhenItSaysOk) {
     OVERLAY_PROPS props = PropsOf(cookie);
     props.dblXDelta = 0.25;
     ASSERT_EQ(m_Engine.SetItemProps(cookie, &props, 0), S_OK);
-    for (int frame = 0; frame < 8; ++frame)
-        Mix();
-    EXPECT_EQ(PropsOf(cookie).nPosX, 0);
+    const auto posXAfterEightFrames = [&] {
+        for (int frame = 0; frame < 8; ++frame)
+            Mix();
+        return PropsOf(cookie).nPosX;
+    };
+    EXPECT_EQ(posXAfterEightFrames(), 0);
     answer = S_FALSE;
-    for (int frame = 0; frame < 8; ++frame)
-        Mix();
-    EXPECT_EQ(PropsOf(cookie).nPosX, 2);
+    EXPECT_EQ(posXAfterEightFrames(), 2);
 }
 
 TEST_F(FrameCallback, IsNotCalledAgainAfterItFailed) {
@@ -118,32 +86,29 @@ TEST_F(FrameCallback, IsNotCalledAgainAfterItFailed) {
 }
 
 TEST_F(FrameCallback, IsGivenUpThoughItHasMovedItsItem) {
-    int nCalls = 0;
     Cookie cookie = 0;
-    AddWith(nullptr);
-    cookie = AddWith(Callback([&](OVERLAY_PROPS&) {
-        ++nCalls;
-        EXPECT_EQ(m_Engine.ChangeItemOrder(cookie, 1), S_OK);
+    const auto callback = Callback([&](OVERLAY_PROPS&) {
+        EXPECT_EQ(m_Engine.ChangeItemOrder(cookie, -1), S_OK);
         return E_FAIL;
-    }));
+    });
+    AddWith(nullptr);
+    cookie = AddWith(callback);
     Mix();
     Mix();
-    EXPECT_EQ(nCalls, 1);
+    EXPECT_EQ(callback->m_nCalls, 1);
 }
 
 TEST_F(FrameCallback, IsToldTheTimesThatTheFrameHas) {
     const auto callback = Callback([](OVERLAY_PROPS&) { return S_FALSE; });
     AddWith(callback);
-    Mix();
-    EXPECT_FALSE(callback->m_Told.start || callback->m_Told.stop || callback->m_Told.mediaStart ||
-                 callback->m_Told.mediaEnd);
-    Mix({.mediaStart = {}, .mediaEnd = {}, .start = 400000, .stop = {}});
-    EXPECT_EQ(callback->m_Told.start, 400000);
-    EXPECT_FALSE(callback->m_Told.stop);
-    Mix({.mediaStart = 7, .mediaEnd = 8, .start = 1, .stop = 2});
-    EXPECT_EQ(callback->m_Told.mediaStart, 7);
-    EXPECT_EQ(callback->m_Told.mediaEnd, 8);
-    EXPECT_EQ(callback->m_Told.stop, 2);
+    const FrameTimes cases[] = {{}, {{}, {}, 400000, {}}, {7, 8, 1, 2}};
+    for (const FrameTimes& times : cases) {
+        Mix(times);
+        EXPECT_EQ(callback->m_Told.mediaStart, times.mediaStart);
+        EXPECT_EQ(callback->m_Told.mediaEnd, times.mediaEnd);
+        EXPECT_EQ(callback->m_Told.start, times.start);
+        EXPECT_EQ(callback->m_Told.stop, times.stop);
+    }
 }
 
 TEST_F(FrameCallback, MayTakeItemsOffTheList) {
@@ -154,20 +119,13 @@ TEST_F(FrameCallback, MayTakeItemsOffTheList) {
         return S_OK;
     });
     const Cookie own = AddWith(remove, 50);
-    OverlayItem next = FlatItem(format_code::RGB32, {1, 1}, 60);
-    next.props.nPosX = 1;
-    next.SnapToSetPosition();
-    Cookie nextCookie = 0;
-    ASSERT_EQ(m_Engine.AddItem(std::move(next), &nextCookie), S_OK);
-
+    AddWith(nullptr, 60, 1);
     removed = own; // the neighbour moves into the place and is drawn there, unchanged
-    EXPECT_EQ(Mix(), (std::array<int, 8>{0, 60, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Mix(), (Row{0, 60, 0, 0, 0, 0, 0, 0}));
 
     removed = AddWith(remove, 70); // the last of the list
-    EXPECT_EQ(Mix(), (std::array<int, 8>{0, 60, 0, 0, 0, 0, 0, 0}));
-    LONG nCount = 0;
-    m_Engine.GetItemCount2(&nCount);
-    EXPECT_EQ(nCount, 1);
+    EXPECT_EQ(Mix(), (Row{0, 60, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(m_Engine.RemoveItem2(removed), E_INVALIDARG) << "it has gone";
 }
 
 } // namespace

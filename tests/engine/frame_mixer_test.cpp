@@ -18,30 +18,20 @@ protected:
     }
 
     HRESULT Mix(std::vector<BYTE>& frame) const {
-        return spMixer->MixFrame(frame.data(), frame.size(), nullptr, nullptr, nullptr, nullptr);
+        return spMixer->MixFrame(frame.data(), frame.size(), nullptr, nullptr, &start, &stop);
     }
+
+    static constexpr REFERENCE_TIME start = 40;
+    static constexpr REFERENCE_TIME stop = 80;
 };
 
 TEST_F(FrameMixer, TakesTheFormatsThatAFrameCanHave) {
-    const struct {
-        FrameFormat format;
-        HRESULT hr;
-    } cases[] = {
-        {{eRGB32, 6, 4, 0, 0}, S_OK},
-        {{eRGB24, 5, -3, 8, 0}, S_OK},
-        {{eARGB32, 6, 4, 0, 0}, S_OK},
-        {{eI420, 6, 4, 8, 0}, S_OK},
-        {{eI420, 6, 3, 0, 0}, E_INVALIDARG},
-        {{eYUY2, 5, 4, 0, 0}, E_INVALIDARG},
-        {{eRGB32, 6, 4, 5, 0}, E_INVALIDARG},
-        {{eRGB32, 6, 4, -6, 0}, E_INVALIDARG},
-        {{eRGB32, 0, 4, 0, 0}, E_INVALIDARG},
-        {{eRGB32, 40000, 4, 0, 0}, E_INVALIDARG},
-        {{0x3231564E, 6, 4, 0, 0}, VFW_E_TYPE_NOT_ACCEPTED},
-        {{0, 6, 4, 0, 0}, VFW_E_TYPE_NOT_ACCEPTED},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(spMixer->SetFormat(&c.format), c.hr) << c.format.dwFormat << ' ' << c.format.nWidth;
+    EXPECT_EQ(SetFormat(eRGB24, 5, -3), S_OK);
+    EXPECT_EQ(SetFormat(eI420, 6, 4, 8), S_OK);
+    EXPECT_EQ(SetFormat(eRGB32, 6, 4, 5), E_INVALIDARG) << "a stride within the row";
+    EXPECT_EQ(SetFormat(eRGB32, 6, 4, -6), E_INVALIDARG);
+    EXPECT_EQ(SetFormat(eRGB32, 40000, 4), E_INVALIDARG);
+    EXPECT_EQ(SetFormat(0x3231564E, 6, 4), VFW_E_TYPE_NOT_ACCEPTED) << "a format that items cannot stand in";
     EXPECT_EQ(spMixer->SetFormat(nullptr), E_POINTER);
 }
 
@@ -76,40 +66,35 @@ TEST_F(FrameMixer, MeetsTheDemandedColourSpace) {
 TEST_F(FrameMixer, HasNoGraphToReconnectIn) {
     EXPECT_EQ(spControl->UseExtraBuffer2(5), S_FALSE);
     EXPECT_EQ(spFirst->UseExtraBuffer(0), VFW_E_NOT_IN_GRAPH);
-    EXPECT_EQ(spFirst->IsUseExtraBuffer(), S_OK) << "as before";
     BOOL bUse = -1;
     EXPECT_EQ(spControl->IsUseExtraBuffer2(&bUse), S_OK);
-    EXPECT_EQ(bUse, 1);
+    EXPECT_EQ(bUse, 1) << "as before";
+    EXPECT_EQ(spFirst->IsUseExtraBuffer(), S_OK);
 }
 
 TEST_F(FrameMixer, DrawsItemsAddedBeforeAndAfterTheFormat) {
-    ImageInfoTag info{2, -2, 32, 0, 16};
-    const std::vector<BYTE> white(16, 255);
-    LONG before = 0;
-    LONG after = 0;
-    ASSERT_EQ(spControl->AddImageFromMemory2(&info, 16, white.data(), nullptr, -1, -1, nullptr, &before), S_OK);
-    ASSERT_EQ(SetFormat(eRGB32, 8, -2), S_OK);
-    ASSERT_EQ(spControl->AddImageFromMemory2(&info, 16, white.data(), nullptr, -1, -1, nullptr, &after), S_OK);
-    for (const LONG cookie : {before, after})
-        ASSERT_EQ(spControl->ShowItem2(cookie, 1), S_OK);
-    ASSERT_EQ(spControl->SetItemPos2(after, 4, 0), S_OK);
+    const auto addWhiteAt = [this](LONG nPosX) {
+        const LONG cookie = AddPicture(nullptr, 255);
+        EXPECT_EQ(spControl->SetItemPos2(cookie, nPosX, 0), S_OK);
+        EXPECT_EQ(spControl->ShowItem2(cookie, 1), S_OK);
+    };
+    addWhiteAt(0);
+    ASSERT_EQ(SetFormat(eRGB32, 16, -2), S_OK);
+    addWhiteAt(8);
     ASSERT_EQ(spMixer->Start(), S_OK);
-    std::vector<BYTE> frame(4 * 8 * 2);
+    std::vector<BYTE> frame(4 * 16 * 2);
     ASSERT_EQ(Mix(frame), S_OK);
     for (std::size_t i = 0; i < frame.size(); ++i)
-        EXPECT_EQ(frame[i] != 0, i / 8 % 2 == 0) << i;
+        EXPECT_EQ(frame[i] != 0, i / 16 % 2 == 0) << i;
 }
 
 TEST_F(FrameMixer, TellsCallbacksTheTimesOfTheFrame) {
-    const LONG cookie = AddText();
-    auto spCallback = MakeCounted<CScriptedCallback>([](OVERLAY_PROPS&) { return S_FALSE; });
-    ASSERT_EQ(spControl->SetItemCallback(cookie, spCallback.Get()), S_OK);
+    const auto spCallback = MakeCounted<CScriptedCallback>([](OVERLAY_PROPS&) { return S_FALSE; });
+    ASSERT_EQ(spControl->SetItemCallback(AddPicture(), spCallback.Get()), S_OK);
     ASSERT_EQ(SetFormat(eRGB32, 2, 2), S_OK);
     ASSERT_EQ(spMixer->Start(), S_OK);
     std::vector<BYTE> frame(16);
-    const LONGLONG start = 40;
-    const LONGLONG stop = 80;
-    ASSERT_EQ(spMixer->MixFrame(frame.data(), 16, nullptr, nullptr, &start, &stop), S_OK);
+    ASSERT_EQ(Mix(frame), S_OK);
     EXPECT_FALSE(spCallback->m_Told.mediaStart);
     EXPECT_EQ(spCallback->m_Told.start, start);
     EXPECT_EQ(spCallback->m_Told.stop, stop);

@@ -1,10 +1,9 @@
-#include "engine/overlay_engine.h"
-#include "support/flat_item.h"
-#include "support/recording_painter.h"
+#include "support/engine_on_a_row.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <thread>
 #include <utility>
 
 namespace vellumcaster {
@@ -12,60 +11,39 @@ namespace {
 
 using namespace testing_support;
 
-OverlayItem TextItem(ITEM_TYPE eType, const char16_t* pszName) {
+OverlayItem NamedItem(ITEM_TYPE eType, const char16_t* pszName) {
     OverlayItem item;
     item.eType = eType;
-    if (pszName) static_cast<void>(item.bsName.Assign(std::u16string_view(pszName)));
+    static_cast<void>(item.bsName.Assign(std::u16string_view(pszName)));
     return item;
 }
 
-class OverlayEngine : public testing::Test {
+class OverlayEngine : public EngineOnARow {
 protected:
-    Cookie Add(OverlayItem item) {
-        Cookie cookie = -1;
-        EXPECT_EQ(m_Engine.AddItem(std::move(item), &cookie), S_OK);
-        return cookie;
-    }
-
     std::u16string NameOf(Cookie cookie) {
         OVERLAY_PROPS props;
         EXPECT_EQ(m_Engine.GetItemProps(cookie, &props), S_OK);
-        std::u16string name(props.bsTextString ? props.bsTextString : u"(none)");
-        SysFreeString(props.bsTextString);
-        return name;
+        return TakeName(props.bsTextString);
     }
 
-    CRecordingPainter m_Painter;
-    COverlayEngine m_Engine{m_Painter};
+    HRESULT AddText() {
+        const CBstr text = Text(u"text");
+        OVERLAY_PROPS props;
+        props.bsTextString = text.Get();
+        return m_Engine.AddOutlinedText(eText, nullptr, 0, &props, nullptr, nullptr);
+    }
+
+    HRESULT AddImage() {
+        constexpr BYTE pixels[16] = {};
+        ImageInfoTag info{2, -2, 32, 0, sizeof pixels};
+        return m_Engine.AddImageFromMemory2(&info, sizeof pixels, pixels, nullptr, 0, 0, nullptr, nullptr);
+    }
 };
 
-TEST_F(OverlayEngine, KnowsItemsByTheirCookies) {
-    EXPECT_FALSE(m_Engine.IsDirty());
-    const Cookie gone = Add(TextItem(eText, u"a"));
-    const Cookie kept = Add(TextItem(eText, u"b"));
-    EXPECT_TRUE(m_Engine.IsDirty());
-    EXPECT_EQ(m_Engine.RemoveItem2(gone), S_OK);
-    EXPECT_EQ(NameOf(kept), u"b");
-
-    OVERLAY_PROPS props;
-    EXPECT_EQ(m_Engine.RemoveItem2(gone), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.GetItemProps(gone, &props), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.SetItemProps(gone, &props, 0), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.SetItemCallback(gone, nullptr), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.GetItemProps(kept, nullptr), E_POINTER);
-    EXPECT_EQ(m_Engine.SetItemProps(kept, nullptr, 0), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.RemoveAllItems(), S_OK);
-    EXPECT_EQ(m_Engine.RemoveAllItems(), S_OK);
-    LONG nCount = -1;
-    EXPECT_EQ(m_Engine.GetItemCount2(&nCount), S_OK);
-    EXPECT_EQ(nCount, 0);
-    EXPECT_EQ(m_Engine.GetItemCount2(nullptr), E_POINTER);
-}
-
 TEST_F(OverlayEngine, SwapsRecordsAndNotCookies) {
-    const Cookie a = Add(TextItem(eText, u"a"));
-    const Cookie b = Add(TextItem(eText, u"b"));
-    const Cookie c = Add(TextItem(eText, u"c"));
+    const Cookie a = Add(NamedItem(eText, u"a"));
+    const Cookie b = Add(NamedItem(eText, u"b"));
+    const Cookie c = Add(NamedItem(eText, u"c"));
     EXPECT_EQ(m_Engine.ChangeItemOrder(a, 5), S_OK) << "only the sign counts";
     EXPECT_EQ(NameOf(a) + NameOf(b) + NameOf(c), u"bac");
     EXPECT_EQ(m_Engine.ChangeItemOrder(c, -1), S_OK);
@@ -73,45 +51,33 @@ TEST_F(OverlayEngine, SwapsRecordsAndNotCookies) {
     EXPECT_EQ(m_Engine.ChangeItemOrder(c, 1), S_OK) << "at the top nothing moves";
     EXPECT_EQ(m_Engine.ChangeItemOrder(a, -1), S_OK) << "nor at the bottom";
     EXPECT_EQ(NameOf(a) + NameOf(b) + NameOf(c), u"bca");
-    EXPECT_EQ(m_Engine.ChangeItemOrder(12345, 0), S_FALSE) << "asked before the cookie is looked at";
-    EXPECT_EQ(m_Engine.ChangeItemOrder(12345, 1), E_INVALIDARG);
 }
 
-TEST(AddedItem, IsPreparedAgainForAFormatThatCameMeanwhile) {
-    // The connection is made while a picture is on its way into the list.
-    class CInterruptedPainter final : public IItemPainter {
-    public:
-        HRESULT UpdateLiveItem(OverlayItem&, bool) override { return S_OK; }
-        HRESULT UpdateTextItem(OverlayItem& item) override { return PrepareImage(item); }
-        HRESULT UpdateDate(OverlayItem& item, bool) override { return PrepareImage(item); }
-        HRESULT UpdateTime(OverlayItem& item, bool) override { return PrepareImage(item); }
-        HRESULT UpdateItemColors(OverlayItem&) override { return S_OK; }
-        HRESULT UpdateItemAlpha(OverlayItem&) override { return S_OK; }
-        HRESULT PrepareImage(OverlayItem& item) override {
-            item.nTextFormat = nFormat;
-            if (pConnected) std::exchange(pConnected, nullptr)->PrepareItems();
-            nFormat = 2;
-            return S_OK;
-        }
-        COverlayEngine* pConnected = nullptr;
-        LONG nFormat = 1;
+TEST_F(OverlayEngine, DrawsAnItemBeforeItsAddAsksForTheList) {
+    const auto journalAtTheLock = [&](const std::function<HRESULT()>& add) {
+        CCriticalSection& cs = m_Engine.ItemLock();
+        cs.Enter();
+        std::thread adding([&] { EXPECT_EQ(add(), S_OK); });
+        while (cs.Waiting() == 0)
+            std::this_thread::yield();
+        std::string journal = m_Painter.TakeJournal();
+        cs.Leave();
+        adding.join();
+        return journal;
     };
-    CInterruptedPainter painter;
-    COverlayEngine engine(painter);
-    painter.pConnected = &engine;
-    CBstr text;
-    ASSERT_EQ(text.Assign(std::u16string_view(u"text")), S_OK);
-    OVERLAY_PROPS props;
-    props.bsTextString = text.Get();
-    Cookie cookie = 0;
-    ASSERT_EQ(engine.AddOutlinedText(eText, nullptr, 0, &props, nullptr, &cookie), S_OK);
-    LONG nPreparedFor = 0;
-    ASSERT_EQ(engine.GetItemTextFormat(cookie, nullptr, &nPreparedFor, nullptr), S_OK);
-    EXPECT_EQ(nPreparedFor, 2);
+    EXPECT_EQ(journalAtTheLock([this] { return AddText(); }), "text");
+    EXPECT_EQ(journalAtTheLock([this] { return AddImage(); }), "prepare");
+    EXPECT_EQ(m_Painter.TakeJournal(), "") << "nothing more with the list in hand";
+}
+
+TEST_F(OverlayEngine, PreparesAnAddedItemAgainForAFormatThatCameMeanwhile) {
+    m_Painter.m_meanwhile = [this] { m_Engine.PrepareItems(); };
+    EXPECT_EQ(AddText(), S_OK);
+    EXPECT_EQ(m_Painter.TakeJournal(), "text prepare");
 }
 
 TEST_F(OverlayEngine, StartsAStreamFromTheSetValues) {
-    OverlayItem item = TextItem(eFrameNumber, u"n");
+    OverlayItem item = NamedItem(eFrameNumber, u"n");
     item.props.nCounterStart = 25;
     item.props.nCounterCur = 99;
     item.props.nPosX = 7;
@@ -120,14 +86,9 @@ TEST_F(OverlayEngine, StartsAStreamFromTheSetValues) {
     item.props.dblXDelta = 1;
     const Cookie cookie = Add(std::move(item));
     m_Engine.ResetItemForRun();
-
-    BYTE frame[16] = {};
-    ASSERT_EQ(m_Engine.MixFrame({frame, 16, {format_code::RGB32, 2, 2, 0}}, {2, 2}, {}), S_OK);
-    OVERLAY_PROPS props;
-    ASSERT_EQ(m_Engine.GetItemProps(cookie, &props), S_OK);
-    SysFreeString(props.bsTextString);
-    EXPECT_EQ(props.nCounterCur, 25);
-    EXPECT_EQ(props.nPosX, 8) << "one step from the set position";
+    Mix();
+    EXPECT_EQ(PropsOf(cookie).nCounterCur, 25);
+    EXPECT_EQ(PropsOf(cookie).nPosX, 8) << "one step from the set position";
 }
 
 TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
@@ -151,16 +112,13 @@ TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
         p.nCounterCur = 5, p.lForeColor = 0x7F000000, p.sAlphaValue = 1, p.dblOutlineWidth = 1;
     };
     const Change changes[] = {
-        {"position", eText, [](OVERLAY_PROPS& p) { p.nPosX = 3; }, u"name", "", u"name"},
-        {"counter of a time", eTime, counter, u"name", "time!", u"name"},
         {"counter of a date", eDate, counter, u"name", "date!", u"name"},
         {"colour", eText, color, u"name", "colors", u"name"},
         {"colour's alpha", eSMPTETimeCode, colorAlpha, u"name", "colors alpha", u"name"},
         {"colour of an image", eImage, colorAlpha, u"name", "", u"name"},
-        {"alpha", eText, alpha, u"name", "alpha", u"name"},
         {"alpha of an image", eImage, alpha, u"name", "alpha", u"name"},
         {"text", eText, nothing, u"other", "text", u"other"},
-        {"text of a time", eTime, nothing, u"other", "time!", u"other"},
+        {"text of a date", eDate, nothing, u"other", "date!", u"other"},
         {"no text", eText, nothing, nullptr, "", u"name"},
         {"label of a timecode", eSMPTETimeCode, nothing, u"other", "", u"other"},
         {"outline", eText, outline, nullptr, "text", u"name"},
@@ -170,11 +128,10 @@ TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
     };
     for (const Change& c : changes) {
         SCOPED_TRACE(c.pszName);
-        const Cookie cookie = Add(TextItem(c.eType, u"name"));
+        const Cookie cookie = Add(NamedItem(c.eType, u"name"));
         OVERLAY_PROPS props;
         c.change(props);
-        CBstr text;
-        ASSERT_EQ(text.Assign(std::u16string_view(c.pszText ? c.pszText : u"")), S_OK);
+        const CBstr text = Text(c.pszText ? c.pszText : u"");
         props.bsTextString = c.pszText ? text.Get() : nullptr;
         EXPECT_EQ(m_Engine.SetItemProps(cookie, &props, 0), S_OK);
         EXPECT_EQ(m_Painter.TakeJournal(), c.pszJournal);
@@ -183,49 +140,37 @@ TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
 }
 
 TEST_F(OverlayEngine, UpdatesHiddenItemsAndMixesShownOnes) {
-    OverlayItem shown = FlatItem(format_code::RGB32, {2, 2}, 100);
-    OverlayItem hidden = FlatItem(format_code::RGB32, {2, 2}, 200);
+    Add(FlatItem(format_code::RGB32, {2, 1}, 100));
+    OverlayItem hidden = FlatItem(format_code::RGB32, {2, 1}, 200);
     hidden.props.bShow = 0;
     hidden.props.dblXDelta = 1;
-    Add(std::move(shown));
     const Cookie cookie = Add(std::move(hidden));
     m_Engine.PrepareItems();
-    BYTE frame[16] = {};
-    ASSERT_EQ(m_Engine.MixFrame({frame, 16, {format_code::RGB32, 2, -2, 0}}, {2, 2}, {}), S_OK);
+    EXPECT_EQ(Mix(), (Row{100, 100, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(m_Painter.TakeJournal(), "prepare prepare live live-hidden");
-    for (const BYTE byte : frame)
-        EXPECT_EQ(byte, 100);
-    OVERLAY_PROPS props;
-    ASSERT_EQ(m_Engine.GetItemProps(cookie, &props), S_OK);
-    EXPECT_EQ(props.nPosX, 0) << "a hidden item does not move";
+    EXPECT_EQ(PropsOf(cookie).nPosX, 0) << "a hidden item does not move";
 }
 
 TEST_F(OverlayEngine, MixesItemsAndLayersFromTheBottomUp) {
-    const auto layer = [](BYTE color, std::size_t cb) {
+    // One pixel a layer: each lies open where those above it have no weight.
+    const auto layer = [](BYTE color, std::size_t nPixelsCovered) {
         OverlayLayer made;
-        static_cast<void>(made.planeColor.Alloc(cb, true, color));
-        static_cast<void>(made.planeWeight.Alloc(cb, true, 0));
+        static_cast<void>(made.planeColor.Alloc(16, true, color));
+        static_cast<void>(made.planeWeight.Alloc(16, true, 0));
+        std::fill_n(made.planeWeight.Data(), 4 * nPixelsCovered, BYTE{255});
         return made;
     };
-    // One pixel a layer: each lies open where those above it have no weight.
-    const SIZE size{4, 1};
     OverlayItem item;
-    item.sizeItem = size;
+    item.sizeItem = {4, 1};
     item.props.bShow = 1;
-    item.layerBack = layer(10, 16);
-    item.layerOutline = layer(20, 16);
-    item.layerFore = layer(30, 16);
-    std::fill_n(item.layerBack.planeWeight.Data(), 12, BYTE{255});
-    std::fill_n(item.layerOutline.planeWeight.Data(), 8, BYTE{255});
-    std::fill_n(item.layerFore.planeWeight.Data(), 4, BYTE{255});
+    item.layerBack = layer(10, 3);
+    item.layerOutline = layer(20, 2);
+    item.layerFore = layer(30, 1);
     Add(std::move(item));
     OverlayItem above = FlatItem(format_code::RGB32, {1, 1}, 40);
     above.props.nPosX = 3;
     Add(std::move(above));
-
-    BYTE frame[16] = {};
-    ASSERT_EQ(m_Engine.MixFrame({frame, 16, {format_code::RGB32, 4, -1, 0}}, {4, 1}, {}), S_OK);
-    EXPECT_EQ((std::vector<BYTE>{frame[0], frame[4], frame[8], frame[12]}), (std::vector<BYTE>{30, 20, 10, 40}));
+    EXPECT_EQ(Mix(), (Row{30, 20, 10, 40, 0, 0, 0, 0}));
 }
 
 } // namespace

@@ -2,13 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <random>
+#include <array>
 
 namespace vellumcaster {
 namespace {
 
-TEST(PropsCodec, WritesEveryByteWhereItBelongs) {
+TEST(PropsCodec, WritesAndReadsEveryByteWhereItBelongs) {
     OVERLAY_PROPS props;
     props.bShow = 1, props.nCounterStart = 0x01020304, props.nCounterCur = -1;
     props.nPosX = -2, props.nPosY = 0x7FFFFFFF, props.dblXDelta = 1.5, props.dblYDelta = -0.25, props.bNoOffscreen = 2;
@@ -17,7 +16,7 @@ TEST(PropsCodec, WritesEveryByteWhereItBelongs) {
     props.dblOutlineWidth = 2.0;
     OLECHAR text[] = u"secret";
     props.bsTextString = text;
-    const std::array<BYTE, cbStoredProps> expected{
+    const std::array<BYTE, cbStoredProps> stored{
         // clang-format off
         0x01, 0, 0, 0, 0x04, 0x03, 0x02, 0x01, 0xFF, 0xFF, 0xFF, 0xFF,                     // bShow, two counters
         0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 0, 0, 0, 0,                        // position, gap
@@ -27,22 +26,13 @@ TEST(PropsCodec, WritesEveryByteWhereItBelongs) {
         0x0D, 0x0C, 0x0B, 0x0A, 0xC0, 0xD0, 0xE0, 0xF0, 0, 0, 0, 0, 0, 0, 0, 0x40,         // two keys, outline
         // clang-format on
     };
-    EXPECT_EQ(EncodeProps(props), expected);
-}
+    EXPECT_EQ(EncodeProps(props), stored);
 
-TEST(PropsCodec, ReadsBackWhatItWrote) {
-    std::mt19937 random(20261122);
-    for (int round = 0; round < 200; ++round) {
-        std::array<BYTE, cbStoredProps> stored{};
-        for (BYTE& byte : stored)
-            byte = static_cast<BYTE>(random());
-        const OVERLAY_PROPS props = DecodeProps(stored);
-        EXPECT_EQ(props.bsTextString, nullptr);
-
-        for (const std::size_t gap : {20u, 21u, 22u, 23u, 58u, 59u, 60u, 61u, 62u, 63u})
-            stored[gap] = 0;
-        EXPECT_EQ(EncodeProps(props), stored);
-    }
+    std::array<BYTE, cbStoredProps> read = stored;
+    for (const std::size_t gap : {20u, 21u, 22u, 23u, 58u, 59u, 60u, 61u, 62u, 63u})
+        read[gap] = 0xAA;
+    EXPECT_EQ(DecodeProps(read).bsTextString, nullptr);
+    EXPECT_EQ(EncodeProps(DecodeProps(read)), stored) << "what lies in the gaps is passed over";
 }
 
 } // namespace

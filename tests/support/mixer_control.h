@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace vellumcaster::testing_support {
 
@@ -22,6 +25,13 @@ inline std::u16string TakeName(BSTR& bs) {
     SysFreeString(bsTaken);
     return name;
 }
+
+/// An item as the list shows it.
+struct ListedItem {
+    LONG cookie = -1;
+    std::u16string name;
+    ITEM_TYPE eType = eText;
+};
 
 /// A frame mixer through all of its interfaces.
 struct MixerControl {
@@ -53,11 +63,11 @@ struct MixerControl {
     }
 
     /// A hidden picture of 4x2 pixels.
-    LONG AddPicture() const {
+    LONG AddPicture(BSTR bsName = nullptr, BYTE color = 0) const {
         ImageInfoTag info{4, -2, 32, 0, 32};
-        const BYTE pixels[32] = {};
+        const std::vector<BYTE> pixels(32, color);
         LONG cookie = -1;
-        EXPECT_EQ(spControl->AddImageFromMemory2(&info, 32, pixels, nullptr, -1, -1, nullptr, &cookie), S_OK);
+        EXPECT_EQ(spControl->AddImageFromMemory2(&info, 32, pixels.data(), bsName, -1, -1, nullptr, &cookie), S_OK);
         return cookie;
     }
 
@@ -72,6 +82,28 @@ struct MixerControl {
         SIZE size;
         EXPECT_EQ(spControl->GetItemSize(cookie, &size), S_OK);
         return size;
+    }
+
+    [[nodiscard]] LONG Count() const {
+        LONG nCount = -1;
+        EXPECT_EQ(spControl->GetItemCount2(&nCount), S_OK);
+        return nCount;
+    }
+
+    /// An item by its place in the list, unless that is empty.
+    [[nodiscard]] std::optional<ListedItem> ItemAt(LONG index) const {
+        ListedItem item;
+        BSTR bsName = nullptr;
+        if (spControl->GetItemInfo2(index, &item.cookie, &bsName, &item.eType) != S_OK) return {};
+        item.name = TakeName(bsName);
+        return item;
+    }
+
+    [[nodiscard]] std::vector<std::u16string> Names() const {
+        std::vector<std::u16string> names;
+        while (const auto item = ItemAt(static_cast<LONG>(names.size())))
+            names.push_back(item->name);
+        return names;
     }
 };
 

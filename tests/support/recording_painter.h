@@ -2,12 +2,14 @@
 
 #include "engine/item_painter.h"
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vellumcaster::testing_support {
 
-/// Writes down what it is asked for, one word a call, and answers `m_hrDrawing` to drawing calls.
+/// Writes down what it is asked for, one word a call.
 class CRecordingPainter final : public IItemPainter {
 public:
     HRESULT UpdateLiveItem(OverlayItem&, bool bShow) override { return Note(bShow ? "live" : "live-hidden"); }
@@ -27,12 +29,13 @@ public:
         return journal;
     }
 
-    HRESULT m_hrDrawing = S_OK;
+    std::function<void()> m_meanwhile; ///< runs once, during the next drawing call
 
 private:
     HRESULT Note(const char* pszWord) {
         m_Words.emplace_back(pszWord);
-        return m_hrDrawing;
+        if (const auto meanwhile = std::exchange(m_meanwhile, nullptr)) meanwhile();
+        return S_OK;
     }
 
     std::vector<std::string> m_Words;

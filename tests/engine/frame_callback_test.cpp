@@ -98,19 +98,6 @@ TEST_F(FrameCallback, IsGivenUpThoughItHasMovedItsItem) {
     EXPECT_EQ(callback->m_nCalls, 1);
 }
 
-TEST_F(FrameCallback, IsToldTheTimesThatTheFrameHas) {
-    const auto callback = Callback([](OVERLAY_PROPS&) { return S_FALSE; });
-    AddWith(callback);
-    const FrameTimes cases[] = {{}, {{}, {}, 400000, {}}, {7, 8, 1, 2}};
-    for (const FrameTimes& times : cases) {
-        Mix(times);
-        EXPECT_EQ(callback->m_Told.mediaStart, times.mediaStart);
-        EXPECT_EQ(callback->m_Told.mediaEnd, times.mediaEnd);
-        EXPECT_EQ(callback->m_Told.start, times.start);
-        EXPECT_EQ(callback->m_Told.stop, times.stop);
-    }
-}
-
 TEST_F(FrameCallback, MayTakeItemsOffTheList) {
     Cookie removed = 0;
     const auto remove = Callback([&](OVERLAY_PROPS& props) {

@@ -18,11 +18,8 @@ protected:
     }
 
     HRESULT Mix(std::vector<BYTE>& frame) const {
-        return spMixer->MixFrame(frame.data(), frame.size(), nullptr, nullptr, &start, &stop);
+        return spMixer->MixFrame(frame.data(), frame.size(), nullptr, nullptr, nullptr, nullptr);
     }
-
-    static constexpr REFERENCE_TIME start = 40;
-    static constexpr REFERENCE_TIME stop = 80;
 };
 
 TEST_F(FrameMixer, TakesTheFormatsThatAFrameCanHave) {
@@ -72,32 +69,53 @@ TEST_F(FrameMixer, HasNoGraphToReconnectIn) {
     EXPECT_EQ(spFirst->IsUseExtraBuffer(), S_OK);
 }
 
-TEST_F(FrameMixer, DrawsItemsAddedBeforeAndAfterTheFormat) {
-    const auto addWhiteAt = [this](LONG nPosX) {
+TEST_F(FrameMixer, DrawsItemsInWhateverFormatItsFramesTakeOn) {
+    const auto showWhiteAt = [this](LONG nPosX) {
         const LONG cookie = AddPicture(nullptr, 255);
         EXPECT_EQ(spControl->SetItemPos2(cookie, nPosX, 0), S_OK);
         EXPECT_EQ(spControl->ShowItem2(cookie, 1), S_OK);
     };
-    addWhiteAt(0);
-    ASSERT_EQ(SetFormat(eRGB32, 16, -2), S_OK);
-    addWhiteAt(8);
-    ASSERT_EQ(spMixer->Start(), S_OK);
-    std::vector<BYTE> frame(4 * 16 * 2);
-    ASSERT_EQ(Mix(frame), S_OK);
-    for (std::size_t i = 0; i < frame.size(); ++i)
-        EXPECT_EQ(frame[i] != 0, i / 16 % 2 == 0) << i;
+    showWhiteAt(4);
+    ASSERT_EQ(SetFormat(eYV12, 16, 2), S_OK);
+    showWhiteAt(12);
+    // White is Y 235; over 0 with a weight of 254: (235 * 254 + 255) >> 8 = 234, (255 * 254 + 255) >> 8 = 254.
+    const struct {
+        DWORD dwFormat;
+        std::size_t cbPixel;
+        int white;
+    } cases[] = {{eI420, 1, 234}, {eYUY2, 2, 234}, {eRGB32, 4, 254}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.dwFormat);
+        ASSERT_EQ(SetFormat(c.dwFormat, 16, 2), S_OK);
+        ASSERT_EQ(spMixer->Start(), S_OK);
+        std::vector<BYTE> frame(4 * 16 * 2);
+        ASSERT_EQ(Mix(frame), S_OK);
+        ASSERT_EQ(spMixer->Stop(), S_OK);
+        for (std::size_t x = 0; x < 16; ++x)
+            EXPECT_EQ(frame[x * c.cbPixel], x / 4 % 2 == 0 ? 0 : c.white) << x;
+    }
 }
 
-TEST_F(FrameMixer, TellsCallbacksTheTimesOfTheFrame) {
+TEST_F(FrameMixer, AddsNothingThatItsFormatCannotShow) {
+    ASSERT_EQ(SetFormat(eARGB32, 16, 2), S_OK);
+    ImageInfoTag info{4, 2, 32, 0, 32};
+    const std::vector<BYTE> pixels(32);
+    EXPECT_EQ(spControl->AddImageFromMemory2(&info, 32, pixels.data(), nullptr, -1, -1, nullptr, nullptr), E_NOTIMPL);
+    EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(FrameMixer, TellsCallbacksTheTimesThatTheFrameHas) {
     const auto spCallback = MakeCounted<CScriptedCallback>([](OVERLAY_PROPS&) { return S_FALSE; });
     ASSERT_EQ(spControl->SetItemCallback(AddPicture(), spCallback.Get()), S_OK);
     ASSERT_EQ(SetFormat(eRGB32, 2, 2), S_OK);
     ASSERT_EQ(spMixer->Start(), S_OK);
     std::vector<BYTE> frame(16);
-    ASSERT_EQ(Mix(frame), S_OK);
-    EXPECT_FALSE(spCallback->m_Told.mediaStart);
-    EXPECT_EQ(spCallback->m_Told.start, start);
-    EXPECT_EQ(spCallback->m_Told.stop, stop);
+    const LONGLONG times[] = {7, 8, 400000, 800000};
+    ASSERT_EQ(spMixer->MixFrame(frame.data(), 16, &times[0], &times[1], &times[2], nullptr), S_OK);
+    const ToldTimes& told = spCallback->m_Told;
+    EXPECT_TRUE(told.mediaStart == 7 && told.mediaEnd == 8 && told.start == 400000 && !told.stop);
+    ASSERT_EQ(spMixer->MixFrame(frame.data(), 16, nullptr, nullptr, &times[2], &times[3]), S_OK);
+    EXPECT_TRUE(!told.mediaStart && !told.mediaEnd && told.start == 400000 && told.stop == 800000);
 }
 
 } // namespace

@@ -9,17 +9,12 @@ namespace {
 
 using namespace testing_support;
 
-OverlayItem NamedItem(std::u16string_view name) {
-    OverlayItem item;
-    static_cast<void>(item.bsName.Assign(name));
-    return item;
-}
-
 TEST(ItemMap, ClosesTheGapOfARemovedItem) {
     ItemMap items;
-    for (Cookie cookie = 0; cookie < 3; ++cookie)
-        ASSERT_EQ(items.Add(cookie, NamedItem(std::u16string(1, static_cast<char16_t>(u'a' + cookie)))), S_OK);
-    EXPECT_EQ(items.Add(1, NamedItem(u"twice")), E_INVALIDARG);
+    ASSERT_EQ(items.Add(0, NamedItem(eText, u"a")), S_OK);
+    ASSERT_EQ(items.Add(1, NamedItem(eText, u"b")), S_OK);
+    ASSERT_EQ(items.Add(2, NamedItem(eText, u"c")), S_OK);
+    EXPECT_EQ(items.Add(1, NamedItem(eText, u"twice")), E_INVALIDARG);
     const std::optional<OverlayItem> taken = items.Take(1);
     ASSERT_TRUE(taken);
     EXPECT_EQ(taken->bsName.View(), u"b");
@@ -49,8 +44,8 @@ TEST(ItemMap, CountsCookiesUpFromTheFirstCandidate) {
 TEST(ItemMap, IsAsBeforeWhenMemoryEnds) {
     if (!CFailingAllocation::IsAvailable()) GTEST_SKIP() << "the sanitizer owns the allocator";
     ItemMap items;
-    ASSERT_EQ(items.Add(1, NamedItem(u"logo")), S_OK);
-    OverlayItem next = NamedItem(u"text");
+    ASSERT_EQ(items.Add(1, NamedItem(eText, u"logo")), S_OK);
+    OverlayItem next = NamedItem(eText, u"text");
 
     std::size_t nth = 0;
     for (;; ++nth) {

@@ -1,7 +1,5 @@
 #include "engine/item_planes.h"
 
-#include "engine/overlay_engine.h"
-#include "engine/stream_painter.h"
 #include "image/picture_format.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +13,6 @@ namespace {
 using format_code::ARGB32;
 using format_code::I420;
 using format_code::RGB32;
-using format_code::YUY2;
 
 constexpr SIZE size{4, 2};
 
@@ -94,38 +91,6 @@ TEST(ItemPlanes, FollowAnImagesAlpha) {
     image.props.sAlphaValue = 0;
     EXPECT_EQ(UpdateItemAlpha(image, RGB32), S_OK);
     EXPECT_EQ(FirstBytesOf(image), (FirstBytes{0x80, -1, -1, -1, -1, -1}));
-}
-
-TEST(AddImage, IsDrawnInWhateverFormatTheStreamTakesOn) {
-    CStreamPainter painter;
-    COverlayEngine engine(painter);
-    std::array<BYTE, 4 * 2 * 3> grey;
-    grey.fill(90);
-    ImageInfoTag info{4, 2, 24, 0, grey.size()};
-    const auto add = [&](Cookie& cookie) {
-        return engine.AddImageFromMemory2(&info, grey.size(), grey.data(), nullptr, -1, -1, nullptr, &cookie);
-    };
-    Cookie cookie = 0;
-    ASSERT_EQ(add(cookie), S_OK);
-    ASSERT_EQ(engine.ShowItem2(cookie, 1), S_OK);
-    ASSERT_EQ(engine.SetItemPos2(cookie, 2, 0), S_OK);
-    for (const std::uint32_t format : {I420, YUY2, RGB32}) {
-        painter.SetInputFormat(format);
-        painter.SetOutputFormat(format);
-        engine.PrepareItems();
-        std::array<BYTE, 8 * 2 * 4> pixels{};
-        const FrameBuffer frame{pixels.data(), pixels.size(), {format, 8, format == RGB32 ? -2 : 2, 8}};
-        ASSERT_EQ(engine.MixFrame(frame, {8, 2}, FrameTimes{}), S_OK);
-        // Grey 90 is Y 93; over 0 with a weight of 254: (93 * 254 + 255) >> 8 = 93, (90 * 254 + 255) >> 8 = 90.
-        const std::size_t first = format == I420 ? 2 : format == YUY2 ? 4 : 8;
-        EXPECT_EQ(pixels[first], format == RGB32 ? 90 : 93);
-        EXPECT_EQ(pixels[first - 1], 0);
-    }
-    painter.SetInputFormat(ARGB32);
-    EXPECT_EQ(add(cookie), E_NOTIMPL);
-    LONG nItems = -1;
-    EXPECT_EQ(engine.GetItemCount2(&nItems), S_OK);
-    EXPECT_EQ(nItems, 1) << "what cannot be prepared is not added";
 }
 
 } // namespace

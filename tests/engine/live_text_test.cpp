@@ -3,6 +3,7 @@
 #include "engine/timecode.h"
 #include "image/picture_format.h"
 #include "platform/kernel/system_time.h"
+#include "support/flat_item.h"
 
 #include <gtest/gtest.h>
 
@@ -11,18 +12,17 @@
 namespace vellumcaster {
 namespace {
 
-/// A local clock that a test sets.
+using testing_support::NamedItem;
+
+/// A local clock that goes when a test says so.
 class CSetClock {
 public:
-    CSetClock() {
-        m_earlier = SetLocalClock([] { return s_now; });
-    }
+    explicit CSetClock(const SYSTEMTIME& now) : m_earlier(SetLocalClock([] { return s_now; })) { s_now = now; }
     ~CSetClock() { SetLocalClock(m_earlier); }
     CSetClock(const CSetClock&) = delete;
     CSetClock& operator=(const CSetClock&) = delete;
 
-    void Set(const SYSTEMTIME& now) { s_now = now; }
-    void Advance(LONGLONG nSeconds) {
+    static void Advance(LONGLONG nSeconds) {
         FILETIME moment = 0;
         ASSERT_TRUE(SystemTimeToFileTime(&s_now, &moment));
         moment += nSeconds * llFileTimeSecond;
@@ -36,11 +36,9 @@ private:
 
 constexpr LiveStream stream25{0, 400000};
 
-OverlayItem MakeItem(ITEM_TYPE eType, LONG nCounter, const char16_t* pszPicture = u"HH:mm:ss") {
-    OverlayItem item;
-    item.eType = eType;
+OverlayItem MakeItem(ITEM_TYPE eType, LONG nCounter, std::u16string_view picture = u"HH:mm:ss") {
+    OverlayItem item = NamedItem(eType, picture);
     item.props.nCounterStart = item.props.nCounterCur = nCounter;
-    EXPECT_EQ(item.bsName.Assign(std::u16string_view(pszPicture)), S_OK);
     item.props.lForeColor = -1;
     item.llClockOffset = llAnchorClockAnew;
     return item;
@@ -56,12 +54,11 @@ bool WasDrawn(OverlayItem& item) {
 TEST(LiveText, CountsFramesDrawnOrNot) {
     OverlayItem number = MakeItem(eFrameNumber, 999);
     OverlayItem code = MakeItem(eSMPTETimeCode, 0x00595924);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(UpdateLiveItem(number, i != 1, stream25), S_OK);
-        EXPECT_EQ(WasDrawn(number), i != 1);
-        EXPECT_EQ(UpdateLiveItem(code, i != 1, stream25), S_OK);
-        EXPECT_EQ(WasDrawn(code), i != 1);
-    }
+    for (const bool bDraw : {true, false, true})
+        for (OverlayItem* pItem : {&number, &code}) {
+            EXPECT_EQ(UpdateLiveItem(*pItem, bDraw, stream25), S_OK);
+            EXPECT_EQ(WasDrawn(*pItem), bDraw);
+        }
     EXPECT_EQ(number.props.nCounterCur, 1002);
     EXPECT_EQ(code.props.nCounterCur, 0x01000002);
     EXPECT_EQ(UpdateLiveItem(code, false, {0, 0}), S_OK);
@@ -72,8 +69,7 @@ TEST(LiveText, CountsFramesDrawnOrNot) {
 }
 
 TEST(LiveText, RunsAClockFromWhereItWasAnchored) {
-    CSetClock clock;
-    clock.Set({2024, 2, 0, 28, 17, 30, 5, 300});
+    const CSetClock clock({2024, 2, 0, 28, 17, 30, 5, 300});
     OverlayItem machine = MakeItem(eTime, -1);
     OverlayItem set = MakeItem(eTime, 0x12000000);
     const auto update = [](OverlayItem& item) { EXPECT_EQ(UpdateLiveItem(item, true, stream25), S_OK); };
@@ -96,7 +92,6 @@ TEST(LiveText, RunsAClockFromWhereItWasAnchored) {
 }
 
 TEST(LiveText, RunsADateOverTheEndsOfMonths) {
-    CSetClock clock;
     const struct {
         SYSTEMTIME now;
         LONG nStart;
@@ -107,7 +102,7 @@ TEST(LiveText, RunsADateOverTheEndsOfMonths) {
                  {{2024, 1, 0, 1, 12, 0, 0}, 0x20060706, 0x20060706, 0x20060706},
                  {{2024, 1, 0, 1, 12, 0, 0}, 0x20060231, 0x16010101, 0x16010101}};
     for (const auto& c : cases) {
-        clock.Set(c.now);
+        const CSetClock clock(c.now);
         OverlayItem item = MakeItem(eDate, c.nStart, u"yyyy/MM/dd");
         EXPECT_EQ(UpdateLiveItem(item, true, stream25), S_OK);
         EXPECT_EQ(item.props.nCounterCur, c.nFirst);
@@ -118,8 +113,7 @@ TEST(LiveText, RunsADateOverTheEndsOfMonths) {
 }
 
 TEST(LiveText, DrawsAClockOnlyWhenItShowsSomethingElse) {
-    CSetClock clock;
-    clock.Set({2024, 5, 0, 5, 10, 0, 0});
+    const CSetClock clock({2024, 5, 0, 5, 10, 0, 0});
     const LiveStream stream{format_code::I420, 400000};
     OverlayItem time = MakeItem(eTime, -1);
     OverlayItem date = MakeItem(eDate, -1, u"d.M.");
@@ -137,10 +131,8 @@ TEST(LiveText, DrawsAClockOnlyWhenItShowsSomethingElse) {
 }
 
 TEST(LiveText, KeepsItsTextWhereThePictureHasNoRoom) {
-    CSetClock clock;
-    clock.Set({2024, 9, 0, 4, 10, 0, 0});
-    OverlayItem item = MakeItem(eDate, -1, u"'");
-    ASSERT_EQ(item.bsName.Assign(std::u16string_view(u"ddddMMMMddddMMMMdddd")), S_OK);
+    const CSetClock clock({2024, 9, 0, 4, 10, 0, 0});
+    OverlayItem item = MakeItem(eDate, -1, u"ddddMMMMddddMMMMdddd");
     EXPECT_EQ(UpdateDate(item, false, stream25), static_cast<HRESULT>(0x8007007A));
     EXPECT_EQ(item.props.nCounterCur, -1);
     EXPECT_FALSE(WasDrawn(item));

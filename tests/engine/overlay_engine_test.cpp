@@ -11,13 +11,6 @@ namespace {
 
 using namespace testing_support;
 
-OverlayItem NamedItem(ITEM_TYPE eType, const char16_t* pszName) {
-    OverlayItem item;
-    item.eType = eType;
-    static_cast<void>(item.bsName.Assign(std::u16string_view(pszName)));
-    return item;
-}
-
 class OverlayEngine : public EngineOnARow {
 protected:
     std::u16string NameOf(Cookie cookie) {
@@ -92,14 +85,6 @@ TEST_F(OverlayEngine, StartsAStreamFromTheSetValues) {
 }
 
 TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
-    struct Change {
-        const char* pszName;
-        ITEM_TYPE eType;
-        std::function<void(OVERLAY_PROPS&)> change;
-        const char16_t* pszText; ///< in the record; null is none
-        const char* pszJournal;
-        const char16_t* pszNameAfter;
-    };
     const auto nothing = [](OVERLAY_PROPS&) {};
     const auto counter = [](OVERLAY_PROPS& p) { p.nCounterCur = 5; };
     const auto outline = [](OVERLAY_PROPS& p) { p.dblOutlineWidth = 1.5; };
@@ -111,31 +96,38 @@ TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
     const auto everything = [](OVERLAY_PROPS& p) {
         p.nCounterCur = 5, p.lForeColor = 0x7F000000, p.sAlphaValue = 1, p.dblOutlineWidth = 1;
     };
-    const Change changes[] = {
-        {"counter of a date", eDate, counter, u"name", "date!", u"name"},
-        {"colour", eText, color, u"name", "colors", u"name"},
-        {"colour's alpha", eSMPTETimeCode, colorAlpha, u"name", "colors alpha", u"name"},
-        {"colour of an image", eImage, colorAlpha, u"name", "", u"name"},
-        {"alpha of an image", eImage, alpha, u"name", "alpha", u"name"},
-        {"text", eText, nothing, u"other", "text", u"other"},
-        {"text of a date", eDate, nothing, u"other", "date!", u"other"},
-        {"no text", eText, nothing, nullptr, "", u"name"},
-        {"label of a timecode", eSMPTETimeCode, nothing, u"other", "", u"other"},
-        {"outline", eText, outline, nullptr, "text", u"name"},
-        {"one key", eImage, oneKey, u"name", "", u"name"},
-        {"both keys", eImage, bothKeys, u"name", "prepare", u"name"},
-        {"everything", eTime, everything, u"other", "time! colors alpha time!", u"other"},
+    const struct {
+        const char* pszName;
+        ITEM_TYPE eType;
+        std::function<void(OVERLAY_PROPS&)> change;
+        const char16_t* pszText; ///< in the record; null is none
+        const char* pszJournal;
+    } changes[] = {
+        {"counter of a date", eDate, counter, u"name", "date!"},
+        {"colour", eText, color, u"name", "colors"},
+        {"colour's alpha", eSMPTETimeCode, colorAlpha, u"name", "colors alpha"},
+        {"colour of an image", eImage, colorAlpha, u"name", ""},
+        {"alpha of an image", eImage, alpha, u"name", "alpha"},
+        {"text", eText, nothing, u"other", "text"},
+        {"text of a date", eDate, nothing, u"other", "date!"},
+        {"no text", eText, nothing, nullptr, ""},
+        {"label of a timecode", eSMPTETimeCode, nothing, u"other", ""},
+        {"outline", eText, outline, nullptr, "text"},
+        {"one key", eImage, oneKey, u"name", ""},
+        {"both keys", eImage, bothKeys, u"name", "prepare"},
+        {"everything", eTime, everything, u"other", "time! colors alpha time!"},
     };
-    for (const Change& c : changes) {
+    for (const auto& c : changes) {
         SCOPED_TRACE(c.pszName);
         const Cookie cookie = Add(NamedItem(c.eType, u"name"));
         OVERLAY_PROPS props;
         c.change(props);
-        const CBstr text = Text(c.pszText ? c.pszText : u"");
-        props.bsTextString = c.pszText ? text.Get() : nullptr;
+        CBstr text;
+        if (c.pszText) text = Text(c.pszText);
+        props.bsTextString = text.Get();
         EXPECT_EQ(m_Engine.SetItemProps(cookie, &props, 0), S_OK);
         EXPECT_EQ(m_Painter.TakeJournal(), c.pszJournal);
-        EXPECT_EQ(NameOf(cookie), c.pszNameAfter);
+        EXPECT_EQ(NameOf(cookie), c.pszText ? c.pszText : u"name");
     }
 }
 

@@ -77,12 +77,10 @@ protected:
         const CComPtr<IStream> sp = StreamOf({});
         EXPECT_EQ(control.spPersist->Save(sp.Get(), 1), S_OK);
         EXPECT_EQ(sp->Seek(0, STREAM_SEEK_SET, nullptr), S_OK);
-        STATSTG stat;
-        EXPECT_EQ(sp->Stat(&stat, 1), S_OK);
-        Bytes bytes(stat.cbSize);
-        ULONG cbRead = 0;
-        EXPECT_EQ(sp->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &cbRead), S_OK);
-        EXPECT_EQ(cbRead, bytes.size());
+        Bytes bytes(0x10000);
+        ULONG cb = 0;
+        EXPECT_GE(sp->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &cb), S_OK);
+        bytes.resize(cb);
         return bytes;
     }
 
@@ -109,13 +107,17 @@ protected:
     const Bytes m_Pixels = Bytes(24, 7);
 };
 
-TEST_F(Persistence, GivesTheSameBytesAfterALoad) {
+TEST_F(Persistence, GivesTheSameBytesAfterALoadAndFailsWhereverTheyAreCut) {
     AddOneOfEach();
-    const Bytes first = Saved(*this);
+    const Bytes whole = Saved(*this);
     const MixerControl other;
-    ASSERT_EQ(other.spPersist->Load(StreamOf(first).Get()), S_OK);
-    EXPECT_EQ(Saved(other), first);
+    ASSERT_EQ(other.spPersist->Load(StreamOf(whole).Get()), S_OK);
+    EXPECT_EQ(Saved(other), whole);
     EXPECT_EQ(other.Count(), 7);
+    for (std::size_t cb = 0; cb < whole.size(); ++cb) {
+        const auto cut = StreamOf(Bytes(whole.begin(), whole.begin() + std::ptrdiff_t(cb)));
+        ASSERT_EQ(MixerControl().spPersist->Load(cut.Get()), E_FAIL) << cb;
+    }
 }
 
 TEST_F(Persistence, WritesAnEmptyStackAsItsHeader) {
@@ -207,17 +209,6 @@ TEST_F(Persistence, CountsALaterVersionAsEmpty) {
     EXPECT_EQ(Load(CStreamBytes().String(u"Quillbrook Sceneglaze Data").U32(0x02000004).Get()), S_OK);
     EXPECT_EQ(Names().size(), 1u);
     EXPECT_EQ(spPersist->IsDirty(), S_FALSE);
-}
-
-TEST_F(Persistence, EndsWithAFailureWhereverTheStreamIsCut) {
-    AddOneOfEach();
-    const Bytes whole = Saved(*this);
-    for (std::size_t cb = 0; cb < whole.size(); ++cb) {
-        const MixerControl other;
-        ASSERT_EQ(other.spPersist->Load(StreamOf(Bytes(whole.begin(), whole.begin() + std::ptrdiff_t(cb))).Get()),
-                  E_FAIL)
-            << cb;
-    }
 }
 
 TEST_F(Persistence, KeepsItsMarkUntilAllIsWritten) {

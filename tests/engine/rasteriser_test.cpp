@@ -71,19 +71,16 @@ Drawing DrawOutline(const OutlineJob& job, OutlineRoad road = OutlineRoad::Short
 LONG RoundUp(LONG value, LONG step) { return (value + step - 1) / step * step; }
 
 TEST(OutlinedText, IsDrawnAtTheMultipleThatItsHeightAsksFor) {
-    const struct {
-        LONG lfHeight;
-        LONG nScale;
-    } cases[] = {{20, 2},  {18, 2}, {17, 8}, {14, 8}, {13, 12}, {12, 12},
-                 {10, 12}, {9, 16}, {1, 16}, {0, 16}, {-20, 16}};
-    for (const auto& c : cases) {
-        const LOGFONT logFont = Font(c.lfHeight);
-        const SIZE extent = Measure(Font(c.lfHeight * c.nScale), "0:12");
-        const LONG s = c.nScale;
+    const std::pair<LONG, LONG> cases[] = {{20, 2},  {18, 2}, {17, 8}, {14, 8}, {13, 12},
+                                           {10, 12}, {9, 16}, {1, 16}, {0, 16}, {-20, 16}};
+    for (const auto& [lfHeight, nScale] : cases) {
+        SCOPED_TRACE(lfHeight);
+        const LOGFONT logFont = Font(lfHeight);
+        const SIZE extent = Measure(Font(lfHeight * nScale), "0:12");
         const Drawing drawing = DrawOutline({"0:12", &logFont, 2.5, 4, nMargin, 2});
         ASSERT_EQ(drawing.hr, S_OK);
-        EXPECT_EQ(drawing.size.cx, RoundUp(extent.cx + 2 * nMargin + 3, 8 * s) / s) << c.lfHeight;
-        EXPECT_EQ(drawing.size.cy, RoundUp(extent.cy + 2 * nMargin + 3, 2 * s) / s) << c.lfHeight;
+        EXPECT_EQ(drawing.size, (SIZE{RoundUp(extent.cx + 2 * nMargin + 3, 8 * nScale) / nScale,
+                                      RoundUp(extent.cy + 2 * nMargin + 3, 2 * nScale) / nScale}));
     }
 }
 
@@ -94,22 +91,18 @@ TEST(OutlinedText, HasTheSameBytesByEitherRoad) {
                            "a\u0301\u0308\u0323_",
                            "over\u0336\u0336lap\u0338",
                            "a\tb\r\nc   d"};
-    struct Case {
-        LONG lfHeight;
-        LONG nScale;
+    const struct {
+        LONG lfHeight, nScale;
         double outlineWidth;
-        LONG nTextFormat;
-        LONG nMargin;
-        LONG lfEscapement;
+        LONG nTextFormat, nMargin, lfEscapement;
         const char* pszFace;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {-20, 2, 2, 5, 4, 0, "DejaVu Sans"},    {24, 2, 2, 4, 4, 0, "DejaVu Sans"},
         {24, 3, 0.7, 6, -9, 0, "DejaVu Serif"}, {16, 2, 5, 4, 0, 0, "DejaVu Sans Mono"},
         {12, 2, -1, 0x51, 4, 0, "DejaVu Sans"}, {8, 2, 1, 5, 4, 0, "DejaVu Serif"},
         {30, 7, 3, 5, 2, 250, "No Such Face"},  {24, 1, 2, 4, 4, 0, "DejaVu Sans"},
     };
-    for (const Case& c : cases)
+    for (const auto& c : cases)
         for (const char* pszText : texts) {
             LOGFONT logFont = Font(c.lfHeight, c.pszFace);
             logFont.lfUnderline = pszText == texts[1];
@@ -119,8 +112,7 @@ TEST(OutlinedText, HasTheSameBytesByEitherRoad) {
             const OutlineJob job{pszText, &logFont, c.outlineWidth, c.nTextFormat, c.nMargin, c.nScale};
             const Drawing literal = DrawOutline(job, OutlineRoad::Literal, {40, 60});
             const Drawing shortest = DrawOutline(job, OutlineRoad::Shortest, {40, 60});
-            ASSERT_EQ(literal.hr, S_OK);
-            ASSERT_EQ(shortest.hr, S_OK);
+            ASSERT_TRUE(literal.hr == S_OK && shortest.hr == S_OK);
             EXPECT_EQ(shortest.size, literal.size);
             for (int i = 0; i < 3; ++i)
                 EXPECT_TRUE(shortest.Bytes(i) == literal.Bytes(i)) << pszText << " at " << c.lfHeight << ", " << i;
@@ -168,36 +160,32 @@ TEST(TextPictures, AreNotGivenOutAfterAFailure) {
     const LOGFONT lowest = Font(INT_MIN);
     const std::string megabyte(1 << 20, 'x');
     const struct {
-        const char* pszText;
-        const LOGFONT* pLogFont;
+        OutlineJob job;
         SIZE least;
-        double outlineWidth;
-        LONG nScale;
         HRESULT hr;
     } cases[] = {
-        {nullptr, &good, {}, 2, 2, E_POINTER},
-        {"", &good, {}, 2, 2, E_FAIL},
-        {"", nullptr, {}, 2, 2, E_FAIL},
-        {"x", &endless, {}, 2, 2, E_INVALIDARG},
-        {"x", &highest, {}, 2, 2, E_INVALIDARG},
-        {"x", &lowest, {}, 2, 2, E_INVALIDARG},
-        {megabyte.c_str(), &good, {}, 2, 2, E_INVALIDARG},
-        {"x", &good, {32768, 2}, 2, 2, E_INVALIDARG},
-        {"x", &good, {INT_MAX, INT_MAX}, 2, 2, E_INVALIDARG},
-        {"x", &good, {32000, 9000}, 2, 2, E_INVALIDARG},
-        {"x", &good, {8, 8}, 1e300, 2, E_INVALIDARG},
-        {"x", &good, {8, 8}, -1e300, 2, E_INVALIDARG},
-        {"x", &good, {8, 8}, 2, 0, E_INVALIDARG},
-        {"x", &good, {8, 8}, 2, INT_MAX, E_INVALIDARG},
+        {{nullptr, &good, 2, 4, nMargin, 2}, {}, E_POINTER},
+        {{"", &good, 2, 4, nMargin, 2}, {}, E_FAIL},
+        {{"x", &endless, 2, 4, nMargin, 2}, {}, E_INVALIDARG},
+        {{"x", &highest, 2, 4, nMargin, 2}, {}, E_INVALIDARG},
+        {{"x", &lowest, 2, 4, nMargin, 2}, {}, E_INVALIDARG},
+        {{megabyte.c_str(), &good, 2, 4, nMargin, 2}, {}, E_INVALIDARG},
+        {{"x", &good, 2, 4, nMargin, 2}, {32768, 2}, E_INVALIDARG},
+        {{"x", &good, 2, 4, nMargin, 2}, {INT_MAX, INT_MAX}, E_INVALIDARG},
+        {{"x", &good, 2, 4, nMargin, 2}, {32000, 9000}, E_INVALIDARG},
+        {{"x", &good, 1e300, 4, nMargin, 2}, {8, 8}, E_INVALIDARG},
+        {{"x", &good, -1e300, 4, nMargin, 2}, {8, 8}, E_INVALIDARG},
+        {{"x", &good, 2, 4, nMargin, 0}, {8, 8}, E_INVALIDARG},
+        {{"x", &good, 2, 4, nMargin, INT_MAX}, {8, 8}, E_INVALIDARG},
     };
-    for (const auto& c : cases) {
-        const Drawing outlined =
-            DrawOutline({c.pszText, c.pLogFont, c.outlineWidth, 4, nMargin, c.nScale}, OutlineRoad::Shortest, c.least);
-        EXPECT_EQ(outlined.hr, c.hr);
-        EXPECT_EQ(outlined.size, c.least);
-        EXPECT_TRUE(outlined.pictures[0].IsEmpty() && outlined.pictures[1].IsEmpty() && outlined.pictures[2].IsEmpty());
-        if (c.outlineWidth != 2 || c.nScale != 2) continue;
-        EXPECT_EQ(DrawPlain(c.pszText, c.pLogFont, c.least).hr, c.hr);
+    for (const auto& [job, least, hr] : cases) {
+        const Drawing outlined = DrawOutline(job, OutlineRoad::Shortest, least);
+        EXPECT_EQ(outlined.hr, hr);
+        EXPECT_EQ(outlined.size, least);
+        for (const CTaskBlob& picture : outlined.pictures)
+            EXPECT_TRUE(picture.IsEmpty());
+        if (job.dblOutlineWidth != 2 || job.nScale != 2) continue;
+        EXPECT_EQ(DrawPlain(job.pszText, job.pLogFont, least).hr, hr);
     }
     EXPECT_EQ(String2ImageAlpha("x", &good, nullptr, nullptr, nullptr, 4, nMargin), E_POINTER);
     EXPECT_EQ(DrawOutlined({"x", &good, 2, 4, nMargin, 2}, OutlineRoad::Shortest, nullptr, nullptr, nullptr, nullptr),
@@ -218,13 +206,11 @@ TEST(TextPictures, ComeWithoutTheirComplementWhereThereIsNoMemoryForIt) {
     EXPECT_TRUE(drawing.pictures[1].IsEmpty());
 }
 
-TEST(LiveText, KeepsNothingMoreOnceItsGlyphsHaveBeenSeen) {
+TEST(OutlinedText, KeepsNothingMoreOnceItsGlyphsHaveBeenSeen) {
     const LOGFONT logFont = Font(-24);
     std::size_t cbKept = 0;
     for (int frame = 0; frame < 3000; ++frame) {
-        char text[32];
-        static_cast<void>(std::snprintf(text, sizeof text, "%02d:%02d", frame / 25 % 60, frame % 25));
-        ASSERT_EQ(DrawOutline({text, &logFont, 2, 4, nMargin, 2}).hr, S_OK);
+        ASSERT_EQ(DrawOutline({std::to_string(frame).c_str(), &logFont, 2, 4, nMargin, 2}).hr, S_OK);
         if (frame == 1500) cbKept = CShapeCache::Size();
     }
     EXPECT_EQ(CShapeCache::Size(), cbKept);

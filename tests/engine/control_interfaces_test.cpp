@@ -1,6 +1,5 @@
 #include "engine/props_codec.h"
 #include "image/picture_persist.h"
-#include "platform/com/memory_stream.h"
 #include "support/mixer_control.h"
 #include "support/scripted_callback.h"
 
@@ -26,9 +25,7 @@ class ControlInterfaces : public testing::Test, protected MixerControl {
 protected:
     /// Whether an operation marked the stack as changed.
     bool Marks(const std::function<HRESULT()>& operation, HRESULT hrExpected = S_OK) {
-        CComPtr<IStream> spStream;
-        EXPECT_EQ(CreateMemoryStream({}, spStream.Put()), S_OK);
-        EXPECT_EQ(spPersist->Save(spStream.Get(), 1), S_OK);
+        Save();
         EXPECT_EQ(operation(), hrExpected);
         return spPersist->IsDirty() == S_OK;
     }
@@ -99,6 +96,9 @@ TEST_F(ControlInterfaces, AddNothingThatCannotBeMade) {
     EXPECT_EQ(addImage(nullptr, 16, pixels), E_INVALIDARG);
     EXPECT_EQ(addImage(&info, 16, nullptr), E_INVALIDARG);
     EXPECT_EQ(addImage(&info, 15, pixels), E_INVALIDARG) << "a byte short";
+    const FrameFormat argb32{eARGB32, 16, 2, 0, 0};
+    ASSERT_EQ(spMixer->SetFormat(&argb32), S_OK);
+    EXPECT_EQ(addImage(&info, 16, pixels), E_NOTIMPL) << "items cannot stand in this format";
     EXPECT_EQ(addText(eText, nullptr), E_INVALIDARG);
     EXPECT_EQ(addText(eText, &noText), E_INVALIDARG);
     EXPECT_EQ(addText(eImage, &noText), E_INVALIDARG);

@@ -96,14 +96,6 @@ TEST_F(FrameMixer, DrawsItemsInWhateverFormatItsFramesTakeOn) {
     }
 }
 
-TEST_F(FrameMixer, AddsNothingThatItsFormatCannotShow) {
-    ASSERT_EQ(SetFormat(eARGB32, 16, 2), S_OK);
-    ImageInfoTag info{4, 2, 32, 0, 32};
-    const std::vector<BYTE> pixels(32);
-    EXPECT_EQ(spControl->AddImageFromMemory2(&info, 32, pixels.data(), nullptr, -1, -1, nullptr, nullptr), E_NOTIMPL);
-    EXPECT_EQ(Count(), 0);
-}
-
 TEST_F(FrameMixer, TellsCallbacksTheTimesThatTheFrameHas) {
     const auto spCallback = MakeCounted<CScriptedCallback>([](OVERLAY_PROPS&) { return S_FALSE; });
     ASSERT_EQ(spControl->SetItemCallback(AddPicture(), spCallback.Get()), S_OK);

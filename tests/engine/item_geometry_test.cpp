@@ -33,9 +33,9 @@ TEST(ItemPlacement, StaysWithin32BitsAtTheFarEnds) {
     EXPECT_EQ(PlaceItem(RGB32, {6, 4}, last - 6, last), (RECT{last - 6, last - 4, last, last}));
 }
 
-OverlayItem MovingItem(double x, double y, double dx, double dy, bool bWrap, SIZE size = {100, 50}) {
+OverlayItem MovingItem(double x, double y, double dx, double dy, bool bWrap) {
     OverlayItem item;
-    item.sizeItem = size;
+    item.sizeItem = {100, 50};
     item.dblPosX = x;
     item.dblPosY = y;
     item.props.dblXDelta = dx;

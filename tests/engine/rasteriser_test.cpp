@@ -37,11 +37,14 @@ SIZE Measure(LOGFONT logFont, const char* pszText) {
 
 /// The pictures of one drawing.
 struct Drawing {
-    HRESULT hr = E_FAIL;
+    HRESULT hr;
     SIZE size;
     CTaskBlob pictures[3]; ///< text, complement, outline
 
-    void Adopt(BYTE* const (&p)[3]) {
+    template <class Draw>
+    Drawing(SIZE least, const Draw& draw) : size(least) {
+        BYTE* p[3] = {};
+        hr = draw(&size, p);
         for (int i = 0; i < 3; ++i)
             if (p[i]) pictures[i].TakeOver(p[i], static_cast<std::size_t>(size.cx * size.cy) * 4);
     }
@@ -51,21 +54,13 @@ struct Drawing {
 };
 
 Drawing DrawPlain(const char* pszText, const LOGFONT* pLogFont, SIZE least = {}, LONG nTextFormat = 4) {
-    Drawing drawing;
-    BYTE* p[3] = {};
-    drawing.size = least;
-    drawing.hr = String2ImageAlpha(pszText, pLogFont, &drawing.size, &p[0], &p[1], nTextFormat, nMargin);
-    drawing.Adopt(p);
-    return drawing;
+    return {least, [&](SIZE* pSize, BYTE** pp) {
+                return String2ImageAlpha(pszText, pLogFont, pSize, &pp[0], &pp[1], nTextFormat, nMargin);
+            }};
 }
 
 Drawing DrawOutline(const OutlineJob& job, OutlineRoad road = OutlineRoad::Shortest, SIZE least = {}) {
-    Drawing drawing;
-    BYTE* p[3] = {};
-    drawing.size = least;
-    drawing.hr = DrawOutlined(job, road, &drawing.size, &p[0], &p[1], &p[2]);
-    drawing.Adopt(p);
-    return drawing;
+    return {least, [&](SIZE* pSize, BYTE** pp) { return DrawOutlined(job, road, pSize, &pp[0], &pp[1], &pp[2]); }};
 }
 
 LONG RoundUp(LONG value, LONG step) { return (value + step - 1) / step * step; }
@@ -146,10 +141,11 @@ TEST(TextPictures, GrowWithTheirTextAndDoNotShrink) {
     EXPECT_EQ(DrawPlain("short", &logFont, {401, 77}).size, (SIZE{408, 78}));
     EXPECT_EQ(DrawOutline({"short", &logFont, 2, 4, nMargin, 2}, OutlineRoad::Shortest, {401, 77}).size,
               (SIZE{408, 78}));
-    const Drawing left = DrawPlain("l", &logFont, {400, 40}, 4);
-    const Drawing right = DrawPlain("l", &logFont, {400, 40}, 6);
-    EXPECT_LT(left.Bytes(0).find_first_not_of('\0') % 1600, 100u);
-    EXPECT_GT(right.Bytes(0).find_first_not_of('\0') % 1600, 1500u);
+    const auto leftmostByte = [&](LONG nTextFormat) {
+        return DrawPlain("l", &logFont, {400, 40}, nTextFormat).Bytes(0).find_first_not_of('\0') % 1600;
+    };
+    EXPECT_LT(leftmostByte(4), 100u) << "to the left";
+    EXPECT_GT(leftmostByte(6), 1500u) << "to the right";
 }
 
 TEST(TextPictures, AreNotGivenOutAfterAFailure) {

@@ -18,11 +18,11 @@ namespace {
 using namespace testing_support;
 
 constexpr FrameFormat frameFormat{eI420, 64, 32, 0, 400000};
-constexpr int nAdders = 4;
-constexpr int nAddsEach = 70;
-constexpr int nRemovers = 2;
-constexpr int nRemovalsEach = 100;
-constexpr int nNames = nAdders * nAddsEach;
+constexpr std::size_t nAdders = 4;
+constexpr std::size_t nAddsEach = 70;
+constexpr std::size_t nRemovers = 2;
+constexpr std::size_t nRemovalsEach = 100;
+constexpr std::size_t nNames = nAdders * nAddsEach;
 
 /// A stack that sixteen threads work on. What they did is kept beside, so that in the end it can be compared.
 class CBusyStack : private MixerControl {
@@ -46,16 +46,12 @@ public:
         const LONG a = AnyItem(random).cookie;
         const LONG b = AnyItem(random).cookie;
         const auto n = static_cast<LONG>(random() % 64);
-        const auto recolor = [&] {
-            OVERLAY_PROPS props;
-            if (const HRESULT hr = spControl->GetItemProps(a, &props); FAILED(hr)) return hr;
-            TakeName(props.bsTextString);
-            props.lForeColor = static_cast<LONG>(0xFF000000u | random());
-            return spControl->SetItemProps(a, &props, 0);
-        };
+        OVERLAY_PROPS recolored;
+        if (spControl->GetItemProps(a, &recolored) == S_OK) TakeName(recolored.bsTextString);
+        recolored.lForeColor = static_cast<LONG>(0xFF000000u | random());
         HRESULT hr = S_OK;
         switch (random() % 7) {
-        case 0: hr = recolor(); break;
+        case 0: hr = spControl->SetItemProps(a, &recolored, 0); break;
         case 1: hr = spControl->SetItemPos2(a, n - 8, n / 2); break;
         case 2: hr = spControl->SetItemAlpha2(a, static_cast<std::int16_t>(n)); break;
         case 3: hr = spControl->SetItemMovement(a, n / 8.0, -n / 8.0, 1); break;
@@ -107,7 +103,7 @@ public:
         EXPECT_GT(m_nCallbacks, 0);
         EXPECT_EQ(m_nLate, 0) << "callbacks after a removal";
         const std::vector<std::u16string> names = Names();
-        EXPECT_EQ(names.size(), std::size_t{nNames - nRemovers * nRemovalsEach});
+        EXPECT_EQ(names.size(), nNames - nRemovers * nRemovalsEach);
         for (std::size_t nName = 0; nName < nNames; ++nName)
             EXPECT_EQ(std::count(names.begin(), names.end(), NameOf(nName)), m_Removed[nName] ? 0 : 1) << nName;
     }
@@ -139,28 +135,29 @@ private:
 // thread sanitizer, that no access is unordered.
 TEST(StreamAndControl, MayRunAtTheSameTime) {
     CBusyStack stack;
-    std::atomic<int> nBusy = nAdders + nRemovers;
-    std::vector<std::thread> threads;
-    const auto start = [&](int nCount, const std::function<void(int nThread, std::minstd_rand&)>& work) {
-        for (int i = 0; i < nCount; ++i)
+    std::atomic<std::size_t> nBusy = nAdders + nRemovers;
+    std::vector<std::jthread> threads;
+    const auto start = [&](std::size_t nCount,
+                           const std::function<void(std::size_t nThread, std::minstd_rand&)>& work) {
+        for (std::size_t i = 0; i < nCount; ++i)
             threads.emplace_back([work, i, nSeed = threads.size() + 1] {
                 std::minstd_rand random(static_cast<unsigned>(nSeed));
                 work(i, random);
             });
     };
     const auto meanwhile = [&](void (CBusyStack::*operation)(std::minstd_rand&)) {
-        return [&stack, &nBusy, operation](int, std::minstd_rand& random) {
+        return [&stack, &nBusy, operation](std::size_t, std::minstd_rand& random) {
             while (nBusy != 0)
                 (stack.*operation)(random);
         };
     };
-    start(nAdders, [&](int nThread, std::minstd_rand&) {
-        for (int i = 0; i < nAddsEach; ++i)
-            stack.Add(static_cast<std::size_t>(nThread * nAddsEach + i));
+    start(nAdders, [&](std::size_t nThread, std::minstd_rand&) {
+        for (std::size_t i = 0; i < nAddsEach; ++i)
+            stack.Add(nThread * nAddsEach + i);
         --nBusy;
     });
-    start(nRemovers, [&](int, std::minstd_rand& random) {
-        for (int nRemoved = 0; nRemoved < nRemovalsEach;)
+    start(nRemovers, [&](std::size_t, std::minstd_rand& random) {
+        for (std::size_t nRemoved = 0; nRemoved < nRemovalsEach;)
             nRemoved += stack.Remove(random) ? 1 : 0;
         --nBusy;
     });
@@ -169,9 +166,7 @@ TEST(StreamAndControl, MayRunAtTheSameTime) {
     start(2, meanwhile(&CBusyStack::CallBackOrNot));
     while (nBusy != 0)
         stack.MixFrame();
-    for (std::thread& thread : threads)
-        thread.join();
-
+    threads.clear(); // each is waited for
     stack.ExpectAllToBeAccountedFor();
 }
 

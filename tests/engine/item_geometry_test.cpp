@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <vector>
 
 namespace vellumcaster {
 namespace {
@@ -46,15 +45,11 @@ OverlayItem MovingItem(double x, double y, double dx, double dy, bool bWrap) {
 
 TEST(ItemMovement, RoundsTheSetPositionAndKeepsTheExactOne) {
     OverlayItem item = MovingItem(0, 0, 0.25, -0.25, false);
-    std::vector<LONG> x;
-    std::vector<LONG> y;
-    for (int frame = 0; frame < 8; ++frame) {
+    for (const LONG nRounded : {0, 1, 1, 1, 1, 2, 2, 2}) {
         MoveItem(item, {720, 576});
-        x.push_back(item.props.nPosX);
-        y.push_back(item.props.nPosY);
+        EXPECT_EQ(item.props.nPosX, nRounded) << item.dblPosX;
+        EXPECT_EQ(item.props.nPosY, -nRounded) << item.dblPosY;
     }
-    EXPECT_EQ(x, (std::vector<LONG>{0, 1, 1, 1, 1, 2, 2, 2}));
-    EXPECT_EQ(y, (std::vector<LONG>{0, -1, -1, -1, -1, -2, -2, -2}));
     EXPECT_EQ(item.dblPosX, 2.0);
 }
 

@@ -22,7 +22,7 @@ public:
     CSetClock(const CSetClock&) = delete;
     CSetClock& operator=(const CSetClock&) = delete;
 
-    static void Advance(LONGLONG nSeconds) {
+    void Advance(LONGLONG nSeconds) {
         FILETIME moment = 0;
         ASSERT_TRUE(SystemTimeToFileTime(&s_now, &moment));
         moment += nSeconds * llFileTimeSecond;
@@ -69,7 +69,7 @@ TEST(LiveText, CountsFramesDrawnOrNot) {
 }
 
 TEST(LiveText, RunsAClockFromWhereItWasAnchored) {
-    const CSetClock clock({2024, 2, 0, 28, 17, 30, 5, 300});
+    CSetClock clock({2024, 2, 0, 28, 17, 30, 5, 300});
     OverlayItem machine = MakeItem(eTime, -1);
     OverlayItem set = MakeItem(eTime, 0x12000000);
     const auto update = [](OverlayItem& item) { EXPECT_EQ(UpdateLiveItem(item, true, stream25), S_OK); };
@@ -100,7 +100,7 @@ TEST(LiveText, RunsADateOverTheEndsOfMonths) {
                  {{2024, 1, 0, 1, 12, 0, 0}, 0x20060706, 0x20060706, 0x20060706},
                  {{2024, 1, 0, 1, 12, 0, 0}, 0x20060231, 0x16010101, 0x16010101}};
     for (const auto& c : cases) {
-        const CSetClock clock(c.now);
+        CSetClock clock(c.now);
         OverlayItem item = MakeItem(eDate, c.nStart, u"yyyy/MM/dd");
         EXPECT_EQ(UpdateLiveItem(item, true, stream25), S_OK);
         EXPECT_EQ(item.props.nCounterCur, c.nFirst);
@@ -111,7 +111,7 @@ TEST(LiveText, RunsADateOverTheEndsOfMonths) {
 }
 
 TEST(LiveText, DrawsAClockOnlyWhenItShowsSomethingElse) {
-    const CSetClock clock({2024, 5, 0, 5, 10, 0, 0});
+    CSetClock clock({2024, 5, 0, 5, 10, 0, 0});
     const LiveStream stream{format_code::I420, 400000};
     OverlayItem time = MakeItem(eTime, -1);
     OverlayItem date = MakeItem(eDate, -1, u"d.M.");
@@ -123,13 +123,15 @@ TEST(LiveText, DrawsAClockOnlyWhenItShowsSomethingElse) {
     EXPECT_EQ(UpdateDate(date, false, stream), S_FALSE);
     EXPECT_FALSE(WasDrawn(time) || WasDrawn(date));
     EXPECT_EQ(UpdateDate(date, true, stream), S_OK);
-    clock.Advance(1);
+    EXPECT_TRUE(WasDrawn(date));
+    clock.Advance(24 * 3600 + 1);
     EXPECT_EQ(UpdateTime(time, false, stream), S_OK);
+    EXPECT_EQ(UpdateDate(date, false, stream), S_OK);
     EXPECT_TRUE(WasDrawn(time) && WasDrawn(date));
 }
 
 TEST(LiveText, KeepsItsTextWhereThePictureHasNoRoom) {
-    const CSetClock clock({2024, 9, 0, 4, 10, 0, 0});
+    CSetClock clock({2024, 9, 0, 4, 10, 0, 0});
     OverlayItem item = MakeItem(eDate, -1, u"ddddMMMMddddMMMMdddd");
     EXPECT_EQ(UpdateDate(item, false, stream25), static_cast<HRESULT>(0x8007007A));
     EXPECT_EQ(item.props.nCounterCur, -1);

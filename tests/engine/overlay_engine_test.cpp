@@ -86,13 +86,7 @@ TEST_F(OverlayEngine, StartsAStreamFromTheSetValues) {
 
 TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
     const auto nothing = [](OVERLAY_PROPS&) {};
-    const auto counter = [](OVERLAY_PROPS& p) { p.nCounterCur = 5; };
-    const auto outline = [](OVERLAY_PROPS& p) { p.dblOutlineWidth = 1.5; };
-    const auto color = [](OVERLAY_PROPS& p) { p.lOutColor = 0x00000001; };
     const auto colorAlpha = [](OVERLAY_PROPS& p) { p.lBackColor = 0x01000000; };
-    const auto alpha = [](OVERLAY_PROPS& p) { p.sAlphaValue = 300; };
-    const auto oneKey = [](OVERLAY_PROPS& p) { p.nColorKeyMin = 1; };
-    const auto bothKeys = [](OVERLAY_PROPS& p) { p.nColorKeyMin = p.nColorKeyMax = 1; };
     const auto everything = [](OVERLAY_PROPS& p) {
         p.nCounterCur = 5, p.lForeColor = 0x7F000000, p.sAlphaValue = 1, p.dblOutlineWidth = 1;
     };
@@ -103,18 +97,18 @@ TEST_F(OverlayEngine, DrawsAnewWhatAChangedRecordMakesNecessary) {
         const char16_t* pszText; ///< in the record; null is none
         const char* pszJournal;
     } changes[] = {
-        {"counter of a date", eDate, counter, u"name", "date!"},
-        {"colour", eText, color, u"name", "colors"},
+        {"counter of a date", eDate, [](auto& p) { p.nCounterCur = 5; }, u"name", "date!"},
+        {"colour", eText, [](auto& p) { p.lOutColor = 0x00000001; }, u"name", "colors"},
         {"colour's alpha", eSMPTETimeCode, colorAlpha, u"name", "colors alpha"},
         {"colour of an image", eImage, colorAlpha, u"name", ""},
-        {"alpha of an image", eImage, alpha, u"name", "alpha"},
+        {"alpha of an image", eImage, [](auto& p) { p.sAlphaValue = 300; }, u"name", "alpha"},
         {"text", eText, nothing, u"other", "text"},
         {"text of a date", eDate, nothing, u"other", "date!"},
         {"no text", eText, nothing, nullptr, ""},
         {"label of a timecode", eSMPTETimeCode, nothing, u"other", ""},
-        {"outline", eText, outline, nullptr, "text"},
-        {"one key", eImage, oneKey, u"name", ""},
-        {"both keys", eImage, bothKeys, u"name", "prepare"},
+        {"outline", eText, [](auto& p) { p.dblOutlineWidth = 1.5; }, nullptr, "text"},
+        {"one key", eImage, [](auto& p) { p.nColorKeyMin = 1; }, u"name", ""},
+        {"both keys", eImage, [](auto& p) { p.nColorKeyMin = p.nColorKeyMax = 1; }, u"name", "prepare"},
         {"everything", eTime, everything, u"other", "time! colors alpha time!"},
     };
     for (const auto& c : changes) {

@@ -141,7 +141,7 @@ TEST_F(Persistence, ReadsAStreamMadeByHand) {
         << "on top of what is there, in their order";
     EXPECT_EQ(spPersist->IsDirty(), S_FALSE);
 
-    const LONG text = ItemAt(1)->cookie;
+    const LONG text = ItemAt(1).value().cookie;
     LOGFONT font;
     LONG nFormat = 0;
     ASSERT_EQ(spItem->GetItemTextFormat(text, &font, &nFormat, nullptr), S_OK);
@@ -151,7 +151,7 @@ TEST_F(Persistence, ReadsAStreamMadeByHand) {
     EXPECT_EQ(EncodeProps(PropsOf(text)), EncodeProps(ShownAt(11)));
     EXPECT_GE(SizeOf(text).cx, 50) << "the stored size is the least";
 
-    const LONG picture = ItemAt(2)->cookie;
+    const LONG picture = ItemAt(2).value().cookie;
     EXPECT_EQ(SizeOf(picture), (SIZE{8, 6}));
     EXPECT_EQ(EncodeProps(PropsOf(picture)), EncodeProps(ShownAt(14)));
 }

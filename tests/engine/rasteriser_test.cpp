@@ -71,8 +71,8 @@ TEST(OutlinedText, IsDrawnAtTheMultipleThatItsHeightAsksFor) {
     for (const auto& [lfHeight, nScale] : cases) {
         SCOPED_TRACE(lfHeight);
         const LOGFONT logFont = Font(lfHeight);
-        const SIZE extent = Measure(Font(lfHeight * nScale), "0:12");
-        const Drawing drawing = DrawOutline({"0:12", &logFont, 2.5, 4, nMargin, 2});
+        const SIZE extent = Measure(Font(lfHeight * nScale), "00:12:34:56");
+        const Drawing drawing = DrawOutline({"00:12:34:56", &logFont, 2.5, 4, nMargin, 2});
         ASSERT_EQ(drawing.hr, S_OK);
         EXPECT_EQ(drawing.size, (SIZE{RoundUp(extent.cx + 2 * nMargin + 3, 8 * nScale) / nScale,
                                       RoundUp(extent.cy + 2 * nMargin + 3, 2 * nScale) / nScale}));

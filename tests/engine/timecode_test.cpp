@@ -11,8 +11,6 @@ TEST(Timecode, IsPackedInDecimalDigits) {
     EXPECT_EQ(UnpackTimecode(-1), (Timecode{165, 165, 165, 165}));
     EXPECT_EQ(PackTimecode({159, 59, 59, 24}), static_cast<LONG>(0xF9595924));
     EXPECT_EQ(PackTimecode({160, 0, 0, 0}), 0);
-    EXPECT_EQ(PackDate({2006, 7, 6}), 0x20060706);
-    EXPECT_EQ(UnpackDate(0x20060706), (CalendarDate{2006, 7, 6}));
 }
 
 TEST(Timecode, TakesItsRateFromTheDurationOfAFrame) {

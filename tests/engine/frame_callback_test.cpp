@@ -33,9 +33,9 @@ protected:
     }
 
     /// The first byte of each pixel after one frame.
-    std::array<int, 8> Mix(const FrameTimes& times = {}) {
+    std::array<int, 8> Mix() {
         std::array<BYTE, 32> frame{};
-        EXPECT_EQ(m_Engine.MixFrame({frame.data(), 32, {format_code::RGB32, 8, -1, 0}}, {8, 1}, times), S_OK);
+        EXPECT_EQ(m_Engine.MixFrame({frame.data(), 32, {format_code::RGB32, 8, -1, 0}}, {8, 1}, {}), S_OK);
         std::array<int, 8> pixels{};
         for (std::size_t i = 0; i < 8; ++i)
             pixels[i] = frame[4 * i];
@@ -129,21 +129,6 @@ TEST_F(FrameCallback, IsGivenUpThoughItHasMovedItsItem) {
     Mix();
     Mix();
     EXPECT_EQ(nCalls, 1);
-}
-
-TEST_F(FrameCallback, IsToldTheTimesThatTheFrameHas) {
-    const auto callback = Callback([](OVERLAY_PROPS&) { return S_FALSE; });
-    AddWith(callback);
-    Mix();
-    EXPECT_FALSE(callback->m_Told.start || callback->m_Told.stop || callback->m_Told.mediaStart ||
-                 callback->m_Told.mediaEnd);
-    Mix({.mediaStart = {}, .mediaEnd = {}, .start = 400000, .stop = {}});
-    EXPECT_EQ(callback->m_Told.start, 400000);
-    EXPECT_FALSE(callback->m_Told.stop);
-    Mix({.mediaStart = 7, .mediaEnd = 8, .start = 1, .stop = 2});
-    EXPECT_EQ(callback->m_Told.mediaStart, 7);
-    EXPECT_EQ(callback->m_Told.mediaEnd, 8);
-    EXPECT_EQ(callback->m_Told.stop, 2);
 }
 
 TEST_F(FrameCallback, MayTakeItemsOffTheList) {

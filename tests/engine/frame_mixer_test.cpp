@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <vector>
 
 namespace vellumcaster {
@@ -100,19 +101,24 @@ TEST_F(FrameMixer, DrawsItemsAddedBeforeAndAfterTheFormat) {
         EXPECT_EQ(frame[i] != 0, i / 8 % 2 == 0) << i;
 }
 
-TEST_F(FrameMixer, TellsCallbacksTheTimesOfTheFrame) {
+TEST_F(FrameMixer, TellsCallbacksTheTimesThatTheFrameHas) {
     const LONG cookie = AddText();
     auto spCallback = MakeCounted<CScriptedCallback>([](OVERLAY_PROPS&) { return S_FALSE; });
     ASSERT_EQ(spControl->SetItemCallback(cookie, spCallback.Get()), S_OK);
     ASSERT_EQ(SetFormat(eRGB32, 2, 2), S_OK);
     ASSERT_EQ(spMixer->Start(), S_OK);
     std::vector<BYTE> frame(16);
-    const LONGLONG start = 40;
-    const LONGLONG stop = 80;
-    ASSERT_EQ(spMixer->MixFrame(frame.data(), 16, nullptr, nullptr, &start, &stop), S_OK);
-    EXPECT_FALSE(spCallback->m_Told.mediaStart);
-    EXPECT_EQ(spCallback->m_Told.start, start);
-    EXPECT_EQ(spCallback->m_Told.stop, stop);
+    const LONGLONG times[] = {7, 8, 40, 80};
+    for (unsigned given = 0; given < 16; ++given) {
+        const auto time = [&](unsigned i) { return given >> i & 1 ? &times[i] : nullptr; };
+        const auto isTold = [&](unsigned i, const std::optional<LONGLONG>& told) {
+            return told == (time(i) ? std::optional(times[i]) : std::nullopt);
+        };
+        ASSERT_EQ(spMixer->MixFrame(frame.data(), 16, time(0), time(1), time(2), time(3)), S_OK);
+        const ToldTimes& told = spCallback->m_Told;
+        EXPECT_TRUE(isTold(0, told.mediaStart) && isTold(1, told.mediaEnd)) << given;
+        EXPECT_TRUE(isTold(2, told.start) && isTold(3, told.stop)) << given;
+    }
 }
 
 } // namespace

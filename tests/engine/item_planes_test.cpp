@@ -1,7 +1,5 @@
 #include "engine/item_planes.h"
 
-#include "engine/overlay_engine.h"
-#include "engine/stream_painter.h"
 #include "image/picture_format.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +12,6 @@ namespace {
 using format_code::ARGB32;
 using format_code::I420;
 using format_code::RGB32;
-using format_code::YUY2;
 
 constexpr SIZE size{4, 2};
 
@@ -105,78 +102,6 @@ TEST(ItemPlanes, FollowAnImagesAlpha) {
     image.props.sAlphaValue = 0;
     EXPECT_EQ(UpdateItemAlpha(image, RGB32), S_OK);
     VELLUM_EXPECT_PLANES(image, 0x80, -1, -1, -1, -1, -1);
-}
-
-struct MemoryImage {
-    ImageInfoTag info;
-    std::array<BYTE, 4 * 2 * 3> pixels{};
-
-    MemoryImage() {
-        info.biWidth = 4;
-        info.biHeight = 2;
-        info.biBitCount = 24;
-        info.biSizeImage = sizeof pixels;
-        pixels.fill(90);
-    }
-};
-
-TEST(AddImage, PutsAHiddenPictureOnTop) {
-    CStreamPainter painter;
-    COverlayEngine engine(painter);
-    MemoryImage image;
-    SIZE wanted;
-    Cookie cookie = -1;
-    ASSERT_EQ(engine.AddImageFromMemory2(&image.info, 24, image.pixels.data(), nullptr, -1, 0, &wanted, &cookie), S_OK);
-    EXPECT_EQ(wanted, size);
-    OVERLAY_PROPS props;
-    ASSERT_EQ(engine.GetItemProps(cookie, &props), S_OK);
-    EXPECT_EQ(std::u16string_view(props.bsTextString), u"Memory Image");
-    SysFreeString(props.bsTextString);
-    EXPECT_TRUE(props.bShow == 0 && props.sAlphaValue == 255 && props.nColorKeyMin == -1 && props.nColorKeyMax == 0);
-    EXPECT_TRUE(engine.IsDirty());
-}
-
-TEST(AddImage, LeavesTheListAsItWasWhenItFails) {
-    CStreamPainter painter;
-    COverlayEngine engine(painter);
-    MemoryImage image;
-    const auto add = [&](ImageInfoTag* pInfo, DWORD cb, const BYTE* pPixels) {
-        return engine.AddImageFromMemory2(pInfo, cb, pPixels, nullptr, -1, -1, nullptr, nullptr);
-    };
-    EXPECT_EQ(add(nullptr, 24, image.pixels.data()), E_INVALIDARG);
-    EXPECT_EQ(add(&image.info, 24, nullptr), E_INVALIDARG);
-    EXPECT_EQ(add(&image.info, 23, image.pixels.data()), E_INVALIDARG);
-    painter.SetInputFormat(ARGB32);
-    EXPECT_EQ(add(&image.info, 24, image.pixels.data()), E_NOTIMPL);
-    LONG nItems = -1;
-    EXPECT_EQ(engine.GetItemCount2(&nItems), S_OK);
-    EXPECT_TRUE(nItems == 0 && !engine.IsDirty());
-}
-
-TEST(AddImage, IsDrawnInWhateverFormatTheStreamTakesOn) {
-    CStreamPainter painter;
-    COverlayEngine engine(painter);
-    MemoryImage image;
-    Cookie cookie = 0;
-    ASSERT_EQ(engine.AddImageFromMemory2(&image.info, 24, image.pixels.data(), nullptr, -1, -1, nullptr, &cookie),
-              S_OK);
-    OVERLAY_PROPS props;
-    props.bShow = 1;
-    props.sAlphaValue = 255;
-    props.nPosX = 2;
-    ASSERT_EQ(engine.SetItemProps(cookie, &props, 0), S_OK);
-    for (const std::uint32_t format : {I420, YUY2, RGB32}) {
-        painter.SetInputFormat(format);
-        painter.SetOutputFormat(format);
-        engine.PrepareItems();
-        std::array<BYTE, 8 * 2 * 4> pixels{};
-        const FrameBuffer frame{pixels.data(), pixels.size(), {format, 8, format == RGB32 ? -2 : 2, 8}};
-        ASSERT_EQ(engine.MixFrame(frame, {8, 2}, FrameTimes{}), S_OK);
-        // Grey 90 is Y 93; over 0 with a weight of 254: (93 * 254 + 255) >> 8 = 93, (90 * 254 + 255) >> 8 = 90.
-        const std::size_t first = format == I420 ? 2 : format == YUY2 ? 4 : 8;
-        EXPECT_EQ(pixels[first], format == RGB32 ? 90 : 93);
-        EXPECT_EQ(pixels[first - 1], 0);
-    }
 }
 
 } // namespace

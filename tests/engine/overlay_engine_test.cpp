@@ -39,29 +39,6 @@ protected:
     COverlayEngine m_Engine{m_Painter};
 };
 
-TEST_F(OverlayEngine, KnowsItemsByTheirCookies) {
-    EXPECT_FALSE(m_Engine.IsDirty());
-    const Cookie gone = Add(TextItem(eText, u"a"));
-    const Cookie kept = Add(TextItem(eText, u"b"));
-    EXPECT_TRUE(m_Engine.IsDirty());
-    EXPECT_EQ(m_Engine.RemoveItem2(gone), S_OK);
-    EXPECT_EQ(NameOf(kept), u"b");
-
-    OVERLAY_PROPS props;
-    EXPECT_EQ(m_Engine.RemoveItem2(gone), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.GetItemProps(gone, &props), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.SetItemProps(gone, &props, 0), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.SetItemCallback(gone, nullptr), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.GetItemProps(kept, nullptr), E_POINTER);
-    EXPECT_EQ(m_Engine.SetItemProps(kept, nullptr, 0), E_INVALIDARG);
-    EXPECT_EQ(m_Engine.RemoveAllItems(), S_OK);
-    EXPECT_EQ(m_Engine.RemoveAllItems(), S_OK);
-    LONG nCount = -1;
-    EXPECT_EQ(m_Engine.GetItemCount2(&nCount), S_OK);
-    EXPECT_EQ(nCount, 0);
-    EXPECT_EQ(m_Engine.GetItemCount2(nullptr), E_POINTER);
-}
-
 TEST_F(OverlayEngine, SwapsRecordsAndNotCookies) {
     const Cookie a = Add(TextItem(eText, u"a"));
     const Cookie b = Add(TextItem(eText, u"b"));

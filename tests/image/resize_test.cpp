@@ -1,6 +1,5 @@
 #include "image/resize.h"
 
-#include "image/block_copy.h"
 #include "image/clip_rects.h"
 #include "image/plane_layout.h"
 #include "image/primitives/primitives.h"
@@ -170,18 +169,6 @@ TEST(Resize, ScalesEverySampleAsItsModeSays) {
                 Check({{code, 12, 10, 12}, {code, 20, 14, 20}, RECT{1, 3, 10, 8}, RECT{3, 1, 20, 14}, nMode, n},
                       !IsPackedYuv(code)); // in the middle of a group of pixels: nothing but in bounds
             }
-}
-
-TEST(Resize, CopiesABlockOfTheSameSizeInAnyFormat) {
-    for (const std::uint32_t code : testing_support::processedFormats) {
-        const PictureFormat pf{code, 8, 4, 10};
-        const RECT rcFrom{2, 0, 6, 4}, rcTo{4, 0, 8, 4};
-        CGuardedBuffer source(CPictureFormats::GetBufferSize(pf), 0, 1);
-        CGuardedBuffer got(source.Size(), 0, 2), want = got;
-        ASSERT_EQ(CPictureFormats::CopyBlock(source.Data(), want.Data(), &pf, &pf, &rcFrom, &rcTo), S_OK);
-        EXPECT_EQ(Img_Resize(source.Data(), got.Data(), &pf, &pf, &rcFrom, &rcTo, 99, nullptr, 9), S_OK);
-        EXPECT_EQ(got.DifferenceFrom(want).value_or(""), "") << std::hex << code;
-    }
 }
 
 TEST(Resize, AnswersInTheOrderOfItsChecks) {

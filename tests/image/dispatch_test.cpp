@@ -111,29 +111,15 @@ TEST(Dispatch, LeavesTheRowsBeforeAHoleBound) {
     EXPECT_EQ(dispatch.CurrentVariant(), 0);
 }
 
-/// What the person at the machine is shown while this lives.
-class CShownMessages {
-public:
-    CShownMessages() {
-        s_Shown.clear();
-        m_pEarlier = SetMessageHandler(&s_handler);
-    }
-    ~CShownMessages() { SetMessageHandler(m_pEarlier); }
-
-    [[nodiscard]] static const std::vector<std::string>& Shown() { return s_Shown; }
-
-private:
-    static inline std::vector<std::string> s_Shown;
-    static constexpr MessageHandler s_handler{
-        [](std::uint32_t style) { s_Shown.push_back("beep " + std::to_string(style)); },
-        [](const char* pszText, const char* pszTitle, std::uint32_t style) {
-            s_Shown.push_back(std::string(pszTitle) + "|" + pszText + "|" + std::to_string(style));
-        }};
-    const MessageHandler* m_pEarlier;
-};
-
 TEST(Dispatch, ReportsEveryTimeThatNothingCanBeBound) {
-    const CShownMessages messages;
+    static std::vector<std::string> shown; // a handler knows nothing but its arguments
+    static constexpr MessageHandler handler{
+        [](std::uint32_t style) { shown.push_back("beep " + std::to_string(style)); },
+        [](const char* pszText, const char* pszTitle, std::uint32_t style) {
+            shown.push_back(std::string(pszTitle) + "|" + pszText + "|" + std::to_string(style));
+        }};
+    shown.clear();
+    const MessageHandler* pEarlier = SetMessageHandler(&handler);
     FakeTable table({0});
     CPrimitiveDispatch dispatch(table.rows, nullptr);
     CPrimitiveDispatch withoutRows({}, nullptr);
@@ -141,11 +127,12 @@ TEST(Dispatch, ReportsEveryTimeThatNothingCanBeBound) {
     EXPECT_FALSE(dispatch.Ensure());
     EXPECT_EQ(dispatch.InitVariant(4), 0);
     EXPECT_FALSE(withoutRows.Ensure());
+    SetMessageHandler(pEarlier);
     const std::string examined =
         "Set IPP library error| No IPP matching to examined CPU was found during the Waterfall procedure|16";
     const std::string named = "Set IPP library error| No IPP matching to CPU was found during the Waterfall|16";
-    EXPECT_EQ(messages.Shown(), (std::vector<std::string>{"beep 16", examined, "beep 16", examined, "beep 16", named,
-                                                          "beep 16", examined}));
+    EXPECT_EQ(shown, (std::vector<std::string>{"beep 16", examined, "beep 16", examined, "beep 16", named, "beep 16",
+                                               examined}));
 }
 
 TEST(Dispatch, BindsOnceForThreadsThatComeTogether) {

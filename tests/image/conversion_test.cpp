@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -98,11 +99,12 @@ TEST(Conversion, RoundsOnlyTheWholeBlocksOfTheFullRangeMember) {
     const std::vector<BYTE> y(9, 100), p1(4, 127), p2(4, 126);
     const BYTE* planes[] = {y.data(), p1.data(), p2.data()};
     const std::int32_t steps[] = {3, 2, 2};
-    const std::vector<BYTE> want{98, 102, 98, 0, 98, 102, 98, 0, 97, 101, 97, 0,  // a whole block and its right edge
-                                 98, 102, 98, 0, 98, 102, 98, 0, 97, 101, 97, 0,  //
-                                 97, 101, 97, 0, 97, 101, 97, 0, 97, 101, 97, 0}; // the lower edge
-    std::vector<BYTE> got(36);
-    ASSERT_EQ(px::ippiYUV420ToRGB_8u_P3AC4R(planes, steps, got.data(), 12, {3, 3}), ok);
+    using Rows = std::array<std::array<BYTE, 12>, 3>;
+    const Rows want{{{98, 102, 98, 0, 98, 102, 98, 0, 97, 101, 97, 0}, // a whole block and its right edge
+                     {98, 102, 98, 0, 98, 102, 98, 0, 97, 101, 97, 0},
+                     {97, 101, 97, 0, 97, 101, 97, 0, 97, 101, 97, 0}}};
+    Rows got{};
+    ASSERT_EQ(px::ippiYUV420ToRGB_8u_P3AC4R(planes, steps, got[0].data(), 12, {3, 3}), ok);
     EXPECT_EQ(got, want);
 }
 

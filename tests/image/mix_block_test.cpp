@@ -73,7 +73,7 @@ TEST(MixBlock, AnswersWhatKeepsItFromMixingInItsOrder) {
         {&color[0], nullptr, &argb, &rgb, &whole, &whole, E_INVALIDARG},
         {&color[0], &weight[0], nullptr, &rgb, &whole, &whole, E_INVALIDARG},
         {&color[0], &weight[0], &rgb, nullptr, &whole, &whole, E_INVALIDARG},
-        {&color[0], &weight[0], &argb, &badRgb, &whole, &whole, E_NOTIMPL},
+        {&color[0], &weight[0], &argb, &badRgb, &whole, &whole, E_NOTIMPL}, // before what else is wrong with it
         {&color[0], &weight[0], &badRgb, &badRgb, &whole, &small, E_INVALIDARG},
         {&color[0], &weight[0], &rgb, &rgb, &small, &whole, E_NOTIMPL},
         {&color[0], &weight[0], &rgb, &rgb, &whole, &outside, S_FALSE}};
@@ -83,6 +83,8 @@ TEST(MixBlock, AnswersWhatKeepsItFromMixingInItsOrder) {
                                                  c.pOnFrame),
                   c.hr)
             << &c - cases;
+    EXPECT_EQ(CPictureFormats::MixBlockAlpha(&color[0], &weight[0], nullptr, &argb, &rgb, &whole, &whole),
+              E_INVALIDARG);
     EXPECT_EQ(frame, Bytes(64, 0));
 }
 

@@ -107,7 +107,8 @@ TEST_F(PicturePersist, LoadsEveryFormatOfTheTableAsItStandsInTheFile) {
             const std::vector<BYTE> pixels = bmp.rest;
             bmp.rest.insert(bmp.rest.begin(), cbBefore, 0xEE);
             bmp.rest.push_back(0xEE);
-            bmp.file.bfOffBits += cbBefore, bmp.file.bfSize += cbBefore;
+            bmp.file.bfOffBits += cbBefore;
+            bmp.file.bfSize += cbBefore;
             Store(bmp.Bytes());
             EXPECT_EQ(Load(), S_OK) << std::hex << c.compression << " " << c.bits;
             bmp.info.biSizeImage = c.cb;

@@ -304,6 +304,7 @@ TEST(ResizePrimitive, ChecksItsArgumentsInOrder) {
         {{.dstSize = {0, 8}, .xFactor = 0}, prim_status::badSize},
         {{.dstSize = {8, 0}}, prim_status::badSize},
         {{.xFactor = 0, .interpolation = 16}, prim_status::badFactor},
+        {{.yFactor = -1}, prim_status::badFactor},
         {{.yFactor = nan}, prim_status::badFactor},
         {{.xFactor = 1.01, .interpolation = interpolationSuper}, prim_status::badInterpolation},
         {{.yFactor = 1.01, .interpolation = interpolationSuper}, prim_status::badInterpolation},

@@ -30,6 +30,7 @@ TEST(ClipRects, KeepsBothRectanglesInStep) {
         // clang-format off
         {"both overhang", {6, 6}, {6, 6},   {-2, 0, 4, 6}, {-1, 2, 5, 8},  false, S_OK,    {0, 0, 4, 4}, {1, 2, 5, 6}},
         {"right of it",   {4, 4}, {8, 8},   {0, 0, 4, 4},  {8, 0, 12, 4},  false, S_FALSE, {0, 0, 0, 4}, {8, 0, 8, 4}},
+        {"below it",      {4, 4}, {8, 8},   {0, 0, 4, 4},  {0, 9, 4, 13},  false, S_FALSE, {0, 0, 4, -1}, {0, 9, 4, 8}},
         {"twice as large", {8, 4}, {16, 8}, {-1, -1, 8, 4}, {0, 0, 18, 10}, true, S_OK,    {0, 0, 7, 3}, {2, 2, 16, 8}},
         {"halves go away", {8, 8}, {8, 8},  {-1, 0, 7, 8}, {0, 0, 4, 8},   true,  S_OK,    {0, 0, 7, 8}, {1, 0, 4, 8}},
         {"32 bits", {4, 4}, {4, 4}, {0, 0, 4, 4}, {highest - 4, lowest, highest, lowest + 4}, false,

@@ -15,11 +15,28 @@ TEST(FormatTable, FindsARowByItsWholeSubtype) {
     }
 }
 
-TEST(DibGeometry, DemandsTheStridesMultiples) {
+TEST(ImageSize, RefusesWhatNoBufferCanHold) {
+    std::uint32_t cb = 77;
+    EXPECT_EQ(GetImageSize(format_code::I420, 2, 2, nullptr), E_POINTER);
+    const struct {
+        std::uint32_t code;
+        std::int32_t width, height;
+    } refused[] = {{format_code::RGB8, 2, 2},
+                   {format_code::RGB32, -2, 2},
+                   {format_code::RGB32, 32768, 1},
+                   {format_code::RGB32, 0, 32768},
+                   {format_code::RGB32, 32767, 32767}};
+    for (const auto& c : refused)
+        EXPECT_EQ(GetImageSize(c.code, c.width, c.height, &cb), E_INVALIDARG) << c.width << " x " << c.height;
+    EXPECT_EQ(cb, 77u);
+}
+
+TEST(DibGeometry, DemandsTheRowsMultiples) {
     EXPECT_EQ(CheckDibGeometry(format_code::RGB24, 3, -5, 3), 7);
     EXPECT_EQ(CheckDibGeometry(format_code::RGB24, 3, 5, 2), -1);
     EXPECT_EQ(CheckDibGeometry(format_code::YUY2, 4, 2, 8), 2);
     EXPECT_EQ(CheckDibGeometry(format_code::YUY2, 4, 2, 6), -1);
+    EXPECT_EQ(CheckDibGeometry(format_code::YUY2, 4, 3, 0), -1);
 }
 
 TEST(FormatNames, AreReadWithoutRegardToCase) {

@@ -46,7 +46,7 @@ TEST(MixBlock, AgreesWithItsPixelsInEveryFormatRowOrderAndPlace) {
     for (const std::uint32_t code : processedFormats)
         for (int turn = 0; turn < 8; ++turn)
             for (const Geometry& g : geometries) {
-                if (g.overlay.cx % 2 != 0 && !IsRgb(code)) continue;
+                if (g.overlay.cx % 2 != 0 && !CPicturePixels({code, 2, 2, 0}).IsRgb()) continue;
                 const PictureFormat overlay{code, g.overlay.cx, turn & 1 ? g.overlay.cy : -g.overlay.cy,
                                             turn & 4 ? static_cast<std::uint32_t>(g.overlay.cx) + 6 : 0};
                 const PictureFormat frame{code, 20, turn & 2 ? 12 : -12, turn & 4 ? 26u : 0u};

@@ -4,14 +4,12 @@
 #include "platform/com/task_memory.h"
 #include "support/random_bytes.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -131,11 +129,8 @@ TEST_F(PicturePersist, RefusesWhatIsNoBitmapOfItsKind) {
         {"8 bits", [](BmpFile& bmp) { bmp.info.biBitCount = 8; }},
         {"a colour table", [](BmpFile& bmp) { bmp.info.biClrUsed = 1; }},
         {"important colours", [](BmpFile& bmp) { bmp.info.biClrImportant = 1; }},
-        {"too wide", [](BmpFile& bmp) { bmp.info.biWidth = 32768; }},
         {"no width", [](BmpFile& bmp) { bmp.info.biWidth = 0; }},
-        {"negative width", [](BmpFile& bmp) { bmp.info.biWidth = -3; }},
         {"no height", [](BmpFile& bmp) { bmp.info.biHeight = 0; }},
-        {"least height", [](BmpFile& bmp) { bmp.info.biHeight = INT32_MIN; }},
         {"beyond 1 GiB", [](BmpFile& bmp) { bmp.info.biWidth = bmp.info.biHeight = 32767; }},
         {"odd YUV", [](BmpFile& bmp) { bmp.info.biCompression = format_code::I420; }},
     };

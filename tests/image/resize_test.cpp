@@ -163,10 +163,10 @@ TEST(Resize, ScalesEverySampleAsItsModeSays) {
                 Check({{code, 24, 14, 26}, {code, 16, 10, 16}, {}, {}, nMode, n});
                 Check({{code, 24, -14, 24}, {code, 40, -34, 44}, {}, {}, nMode, n});
                 Check({{code, 24, 14, 28}, {code, 30, 12, 30}, RECT{4, 2, 20, 14}, RECT{2, -2, 34, 6}, nMode, n});
-                Check({{code, 2, 2, 2}, {code, 4, 6, 4}, {}, {}, nMode, n});
+                Check({{code, 2, 2, 2}, {code, 2, 6, 2}, {}, {}, nMode, n});
                 Check({{code, 2, 40, 2}, {code, 40, 2, 40}, {}, {}, nMode, n});
                 Check({{code, 40, 2, 40}, {code, 2, 40, 2}, {}, {}, nMode, n});
-                Check({{code, 12, 10, 12}, {code, 20, 14, 20}, RECT{1, 3, 10, 8}, RECT{3, 1, 20, 14}, nMode, n},
+                Check({{code, 12, 10, 12}, {code, 20, 14, 20}, RECT{1, 3, 10, 8}, RECT{3, 9, 20, 14}, nMode, n},
                       !IsPackedYuv(code)); // in the middle of a group of pixels: nothing but in bounds
             }
 }

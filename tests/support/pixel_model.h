@@ -4,6 +4,14 @@
 
 namespace vellumcaster::testing_support {
 
+inline bool IsPlanar(std::uint32_t code) { return code == format_code::YV12 || code == format_code::I420; }
+
+inline bool IsPackedYuv(std::uint32_t code) {
+    return code == format_code::YUY2 || code == format_code::YVYU || code == format_code::UYVY;
+}
+
+inline bool IsRgb(std::uint32_t code) { return !IsPlanar(code) && !IsPackedYuv(code); }
+
 /// The samples of one pixel, whichever of them its format has.
 struct PixelSamples {
     int y = 0, u = 0, v = 0;

@@ -23,17 +23,15 @@ HRESULT ResizeToTheSameSize(Inputs inputs, BYTE* pDst, const BlockCase& block) {
 TEST(CopyBlock, CopiesWhatLiesInBothPicturesInEveryFormat) {
     const auto rule = [](BYTE, std::span<const BYTE> in) { return in[0]; };
     CBlockCheck copied(rule, Copy, 1), resized(rule, ResizeToTheSameSize, 1);
-    const struct {
-        RECT inA, inB;
-    } places[] = {{{0, 0, 8, 6}, {2, 2, 10, 8}},
-                  {{2, 2, 6, 6}, {12, 8, 16, 12}},
-                  {{0, 0, 8, 6}, {-4, -2, 4, 4}},
-                  {{-2, 0, 8, 6}, {0, 0, 10, 6}},
-                  {{0, 0, 8, 6}, {14, 0, 22, 6}}};
+    const std::pair<RECT, RECT> places[] = {{{0, 0, 8, 6}, {2, 2, 10, 8}},
+                                            {{2, 2, 6, 6}, {12, 8, 16, 12}},
+                                            {{0, 0, 8, 6}, {-4, -2, 4, 4}},
+                                            {{-2, 0, 8, 6}, {0, 0, 10, 6}},
+                                            {{0, 0, 8, 6}, {14, 0, 22, 6}}};
     for (const std::uint32_t code : processedFormats)
         for (const int order : {-1, 1})
-            for (const auto& place : places) {
-                const BlockCase block{{code, 8, 6 * order, 10}, {code, 14, 10 * order, 0}, place.inA, place.inB};
+            for (const auto& [inA, inB] : places) {
+                const BlockCase block{{code, 8, 6 * order, 10}, {code, 14, 10 * order, 0}, inA, inB};
                 EXPECT_EQ(copied.FirstFailure(block), std::nullopt);
                 EXPECT_EQ(resized.FirstFailure(block), std::nullopt);
             }

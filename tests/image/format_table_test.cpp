@@ -18,16 +18,13 @@ TEST(FormatTable, FindsARowByItsWholeSubtype) {
 TEST(ImageSize, RefusesWhatNoBufferCanHold) {
     std::uint32_t cb = 77;
     EXPECT_EQ(GetImageSize(format_code::I420, 2, 2, nullptr), E_POINTER);
-    const struct {
-        std::uint32_t code;
-        std::int32_t width, height;
-    } refused[] = {{format_code::RGB8, 2, 2},
-                   {format_code::RGB32, -2, 2},
-                   {format_code::RGB32, 32768, 1},
-                   {format_code::RGB32, 0, 32768},
-                   {format_code::RGB32, 32767, 32767}};
-    for (const auto& c : refused)
-        EXPECT_EQ(GetImageSize(c.code, c.width, c.height, &cb), E_INVALIDARG) << c.width << " x " << c.height;
+    const PictureFormat refused[] = {{format_code::RGB8, 2, 2},
+                                     {format_code::RGB32, -2, 2},
+                                     {format_code::RGB32, 32768, 1},
+                                     {format_code::RGB32, 0, 32768},
+                                     {format_code::RGB32, 32767, 32767}};
+    for (const PictureFormat& pf : refused)
+        EXPECT_EQ(GetImageSize(pf.dwFormat, pf.nWidth, pf.nHeight, &cb), E_INVALIDARG) << &pf - refused;
     EXPECT_EQ(cb, 77u);
 }
 

@@ -31,16 +31,13 @@ TEST(FormatInfo, RefusesWhatAFormatCannotHave) {
 // What lies where without being forced shows in every block that is copied, filled and mixed.
 TEST(ForcedPlanarLayout, PutsTheSamplesOfPackedYuvIntoPlanes) {
     using Triple = std::array<std::uint32_t, 3>;
-    const struct {
-        std::uint32_t code;
-        Triple offsets;
-    } cases[] = {{YUY2, {0, 32, 48}}, {UYVY, {0, 32, 48}}, {YVYU, {0, 48, 32}}};
-    for (const auto& c : cases) {
-        const PictureFormat pf{c.code, 6, 4, 8};
+    const std::pair<std::uint32_t, Triple> planes[] = {{YUY2, {0, 32, 48}}, {UYVY, {0, 32, 48}}, {YVYU, {0, 48, 32}}};
+    for (const auto& [code, starts] : planes) {
+        const PictureFormat pf{code, 6, 4, 8};
         Triple offsets{}, strides{}, pixel{};
         ASSERT_TRUE(GetPlaneLayout(&pf, offsets.data(), strides.data(), nullptr, true));
         ASSERT_TRUE(GetPixelOffset(&pf, 4, 3, pixel.data(), true));
-        EXPECT_EQ(offsets, c.offsets) << std::hex << c.code;
+        EXPECT_EQ(offsets, starts) << std::hex << code;
         EXPECT_EQ(strides, (Triple{8, 4, 4}));
         EXPECT_EQ(pixel, (Triple{28, 14, 14}));
     }

@@ -29,15 +29,12 @@ TEST(ResampleKernel, WeighsByDistance) {
 }
 
 TEST(ResampleKernel, IsMadeAnewOnlyWhereItDiffers) {
-    const struct {
-        ResampleParams params;
-        HRESULT hr;
-    } steps[] = {{{63}, E_INVALIDARG},  {{64}, S_OK},         {{64, 0, 9}, S_FALSE},
-                 {{68}, E_INVALIDARG},  {{64}, S_FALSE},      {{65, 1, 1}, S_OK},
-                 {{65, 1, 2}, S_FALSE}, {{65, 3, 128}, S_OK}, {{65, 3, 64}, S_OK}};
+    const std::pair<ResampleParams, HRESULT> steps[] = {
+        {{63}, E_INVALIDARG}, {{64}, S_OK},          {{64, 0, 9}, S_FALSE}, {{68}, E_INVALIDARG}, {{64}, S_FALSE},
+        {{65, 1, 1}, S_OK},   {{65, 1, 2}, S_FALSE}, {{65, 3, 128}, S_OK},  {{65, 3, 64}, S_OK}};
     KernelHolder holder;
-    for (const auto& step : steps)
-        EXPECT_EQ(holder.Select(step.params), step.hr) << &step - steps;
+    for (const auto& [params, hr] : steps)
+        EXPECT_EQ(holder.Select(params), hr) << params.nKernel << " " << params.nAdjust << " " << params.nAdjustValue;
 }
 
 Bytes Scaled(const Bytes& source, std::size_t dstSize, bool bVertical, std::int32_t nKernel) {

@@ -287,10 +287,7 @@ TEST(ResizePrimitive, AveragesWholeBlocksLikeTheDefinition) {
 
 TEST(ResizePrimitive, ChecksItsArgumentsInOrder) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    const struct {
-        ScaleCase c;
-        PrimStatus status;
-    } rows[] = {
+    const std::pair<ScaleCase, PrimStatus> rows[] = {
         {{.srcSize = {0, 8}, .srcStep = 0}, prim_status::badSize},
         {{.srcSize = {8, 0}}, prim_status::badSize},
         {{.srcStep = 0}, prim_status::badStep},

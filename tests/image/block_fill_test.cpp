@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace vellumcaster::CPictureFormats {
 namespace {
 

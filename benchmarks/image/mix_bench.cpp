@@ -14,8 +14,6 @@ namespace vellumcaster::bench {
 
 namespace {
 
-using testing_support::MixCase;
-
 constexpr double slowestAgainstLibyuv = 1 / 0.97;
 constexpr std::size_t cbShortRun = std::size_t{1} << 20;
 
@@ -30,10 +28,10 @@ struct SceneRow {
 };
 
 constexpr SceneRow sceneRows[] = {
-    {"_pool16", testing_support::full1080p, 16, 1.20, 1.45},
-    {"_cached", testing_support::full1080p, 1, 1.25, std::nullopt},
-    {"", testing_support::full2160p, 1, 1.10, 1.15},
-    {"", testing_support::tenItems, 1, std::nullopt, std::nullopt},
+    {"_pool16", full1080p, 16, 1.20, 1.45},
+    {"_cached", full1080p, 1, 1.25, std::nullopt},
+    {"", full2160p, 1, 1.10, 1.15},
+    {"", tenItems, 1, std::nullopt, std::nullopt},
 };
 
 struct GuardRow {
@@ -164,7 +162,7 @@ int main(int argc, char** argv) {
     using namespace vellumcaster;
 #if defined(VELLUM_BENCH_LIBYUV)
     bench::HoldLibyuvToThisBuild(true); // its blending knows nothing below
-    for (const testing_support::MixCase& mixCase : testing_support::mixCases)
+    for (const bench::MixCase& mixCase : bench::mixCases)
         if (!bench::GivesTheSameBytes(mixCase)) return 1;
 #else
     std::puts("libyuv is not installed: no race against it");

@@ -24,7 +24,7 @@ void FillAfresh(CVirtualBlob& blob, std::size_t cb, std::uint64_t n) {
     testing_support::FillRandom({blob.Data(), cb}, seed + n);
 }
 
-std::vector<RowBlock> FindBlocks(const testing_support::MixCase& mixCase, std::size_t cbOverlay) {
+std::vector<RowBlock> FindBlocks(const MixCase& mixCase, std::size_t cbOverlay) {
     const bool bPlanar = CPictureFormats::IsPlanarFormat(mixCase.frame.dwFormat);
     const std::size_t cbPixel = bPlanar ? 1 : CPictureFormats::BitsPerPixel(mixCase.frame.dwFormat) / 8;
     std::vector<RowBlock> blocks;
@@ -46,7 +46,7 @@ std::vector<RowBlock> FindBlocks(const testing_support::MixCase& mixCase, std::s
 
 } // namespace
 
-CMixScene::CMixScene(const testing_support::MixCase& mixCase, std::size_t nFrames)
+CMixScene::CMixScene(const MixCase& mixCase, std::size_t nFrames)
     : m_Case(mixCase),
       m_Frames(nFrames),
       m_cbOverlay(RoundUpToPage(CPictureFormats::GetBufferSize(mixCase.Overlay()))),

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "image/blob_holder.h"
-#include "support/mix_cases.h"
+#include "image/mix_cases.h"
 
 #include <string>
 #include <vector>
@@ -22,9 +22,9 @@ struct RowBlock {
 /// other. Everything is filled at random, and every byte has its weight.
 class CMixScene {
 public:
-    CMixScene(const testing_support::MixCase& mixCase, std::size_t nFrames);
+    CMixScene(const MixCase& mixCase, std::size_t nFrames);
 
-    [[nodiscard]] const testing_support::MixCase& Case() const { return m_Case; }
+    [[nodiscard]] const MixCase& Case() const { return m_Case; }
     [[nodiscard]] BYTE* NextFrame();
     [[nodiscard]] const BYTE* Color() const { return m_Color.Data(); }
     [[nodiscard]] const BYTE* Weight() const { return m_Weight.Data(); }
@@ -35,7 +35,7 @@ public:
     void MixItems(BYTE* pFrame) const;
 
 private:
-    testing_support::MixCase m_Case;
+    MixCase m_Case;
     std::vector<CVirtualBlob> m_Frames;
     std::size_t m_nTaken = 0;
     std::size_t m_cbOverlay;

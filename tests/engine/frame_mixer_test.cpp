@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <vector>
 
 namespace vellumcaster {
@@ -102,12 +103,17 @@ TEST_F(FrameMixer, TellsCallbacksTheTimesThatTheFrameHas) {
     ASSERT_EQ(SetFormat(eRGB32, 2, 2), S_OK);
     ASSERT_EQ(spMixer->Start(), S_OK);
     std::vector<BYTE> frame(16);
-    const LONGLONG times[] = {7, 8, 400000, 800000};
-    ASSERT_EQ(spMixer->MixFrame(frame.data(), 16, &times[0], &times[1], &times[2], nullptr), S_OK);
-    const ToldTimes& told = spCallback->m_Told;
-    EXPECT_TRUE(told.mediaStart == 7 && told.mediaEnd == 8 && told.start == 400000 && !told.stop);
-    ASSERT_EQ(spMixer->MixFrame(frame.data(), 16, nullptr, nullptr, &times[2], &times[3]), S_OK);
-    EXPECT_TRUE(!told.mediaStart && !told.mediaEnd && told.start == 400000 && told.stop == 800000);
+    const LONGLONG times[] = {7, 8, 40, 80};
+    for (unsigned given = 0; given < 16; ++given) {
+        const auto time = [&](unsigned i) { return given >> i & 1 ? &times[i] : nullptr; };
+        const auto isTold = [&](unsigned i, const std::optional<LONGLONG>& told) {
+            return told == (time(i) ? std::optional(times[i]) : std::nullopt);
+        };
+        ASSERT_EQ(spMixer->MixFrame(frame.data(), 16, time(0), time(1), time(2), time(3)), S_OK);
+        const ToldTimes& told = spCallback->m_Told;
+        EXPECT_TRUE(isTold(0, told.mediaStart) && isTold(1, told.mediaEnd)) << given;
+        EXPECT_TRUE(isTold(2, told.start) && isTold(3, told.stop)) << given;
+    }
 }
 
 } // namespace

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <numeric>
-
 namespace vellumcaster {
 namespace {
 
@@ -38,13 +36,8 @@ TEST(MixMemory, IsExactForEveryFrameByteOverlayByteAndWeight) {
     }
 }
 
-TEST(MixMemory, KeepsToItsBytesAtEveryWidthAndAlignment) {
-    const RowKernel kernel = [](BYTE* pDst, Inputs in, std::size_t cb) { MixMemory(pDst, in[0], in[1], cb); };
-    EXPECT_EQ(CKernelCheck(MixByFormula, kernel, 2).FirstFailure(), std::nullopt);
-}
-
-TEST(MixRow, KeepsToItsBytesWhereverTheNextRowLies) {
-    for (const std::ptrdiff_t framePitch : {std::ptrdiff_t{1} << 20, std::ptrdiff_t{-1} << 20}) {
+TEST(MixRow, KeepsToItsBytesAtEveryWidthAndAlignmentWhereverTheNextRowLies) {
+    for (const int framePitch : {1 << 20, -1 << 20}) {
         const RowKernel kernel = [=](BYTE* pDst, Inputs in, std::size_t cb) {
             MixRow(pDst, in[0], in[1], cb, framePitch, 1 << 20);
         };
@@ -52,28 +45,11 @@ TEST(MixRow, KeepsToItsBytesWhereverTheNextRowLies) {
     }
 }
 
-BYTE ScaledByFormula(std::size_t i, std::size_t cb, unsigned src, unsigned alpha) {
-    const unsigned half = i < cb / 8 * 8 ? 128 : 0;
-    return static_cast<BYTE>((src * alpha + half) >> 8);
-}
-
-TEST(MixScaleWeights, RoundsAllButTheBytesBehindTheLastEight) {
-    Bytes weights(256), got(256);
-    std::iota(weights.begin(), weights.end(), BYTE{0});
-    for (unsigned alpha = 0; alpha < 256; ++alpha)
-        for (const std::size_t cb : {256u, 1u})
-            for (std::size_t at = 0; at < weights.size(); at += cb) {
-                MixScaleWeights(weights.data() + at, got.data(), alpha, 8, cb);
-                for (std::size_t i = 0; i < cb; ++i)
-                    ASSERT_EQ(got[i], ScaledByFormula(i, cb, weights[at + i], alpha)) << alpha << " " << at + i;
-            }
-}
-
-TEST(MixScaleWeights, KeepsToItsBytesAtEveryWidthAndAlignment) {
-    for (const unsigned alpha : {0u, 1u, 127u, 128u, 255u}) {
+TEST(MixScaleWeights, RoundsAllButTheBytesBehindTheLastEightAndKeepsToThem) {
+    for (const unsigned alpha : {0u, 1u, 77u, 127u, 128u, 254u, 255u}) {
         const RowKernel formula = [=](BYTE* pDst, Inputs in, std::size_t cb) {
             for (std::size_t i = 0; i < cb; ++i)
-                pDst[i] = ScaledByFormula(i, cb, in[0][i], alpha);
+                pDst[i] = static_cast<BYTE>((in[0][i] * alpha + (i < cb / 8 * 8 ? 128 : 0)) >> 8);
         };
         const RowKernel kernel = [=](BYTE* pDst, Inputs in, std::size_t cb) {
             MixScaleWeights(in[0], pDst, alpha, 8, cb);

@@ -96,12 +96,12 @@ TEST(NormalizeImage, RefusesBitmapsThatItCannotTrust) {
         EXPECT_TRUE(out.IsEmpty()) << &c - cases;
     }
     ImageInfoTag info = good.info;
-    SIZE size;
+    SIZE size{};
     CTaskBlob out;
-    for (const int missing : {0, 1, 2, 3})
-        EXPECT_EQ(NormalizeImage(missing == 0 ? nullptr : &info, missing == 1 ? nullptr : good.pixels.data(),
-                                 missing == 2 ? nullptr : &size, missing == 3 ? nullptr : &out),
-                  E_INVALIDARG);
+    EXPECT_EQ(NormalizeImage(nullptr, good.pixels.data(), &size, &out), E_INVALIDARG);
+    EXPECT_EQ(NormalizeImage(&info, nullptr, &size, &out), E_INVALIDARG);
+    EXPECT_EQ(NormalizeImage(&info, good.pixels.data(), nullptr, &out), E_INVALIDARG);
+    EXPECT_EQ(NormalizeImage(&info, good.pixels.data(), &size, nullptr), E_INVALIDARG);
 }
 
 } // namespace

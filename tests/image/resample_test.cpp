@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace vellumcaster {
 namespace {
@@ -29,15 +30,12 @@ TEST(ResampleKernel, WeighsByDistance) {
 }
 
 TEST(ResampleKernel, IsMadeAnewOnlyWhereItDiffers) {
-    const struct {
-        ResampleParams params;
-        HRESULT hr;
-    } steps[] = {{{63}, E_INVALIDARG},  {{64}, S_OK},         {{64, 0, 9}, S_FALSE},
-                 {{68}, E_INVALIDARG},  {{64}, S_FALSE},      {{65, 1, 1}, S_OK},
-                 {{65, 1, 2}, S_FALSE}, {{65, 3, 128}, S_OK}, {{65, 3, 64}, S_OK}};
+    const std::pair<ResampleParams, HRESULT> steps[] = {
+        {{63}, E_INVALIDARG}, {{64}, S_OK},          {{64, 0, 9}, S_FALSE}, {{68}, E_INVALIDARG}, {{64}, S_FALSE},
+        {{65, 1, 1}, S_OK},   {{65, 1, 2}, S_FALSE}, {{65, 3, 128}, S_OK},  {{65, 3, 64}, S_OK}};
     KernelHolder holder;
-    for (const auto& step : steps)
-        EXPECT_EQ(holder.Select(step.params), step.hr) << &step - steps;
+    for (const auto& [params, hr] : steps)
+        EXPECT_EQ(holder.Select(params), hr) << params.nKernel << " " << params.nAdjust << " " << params.nAdjustValue;
 }
 
 Bytes Scaled(const Bytes& source, std::size_t dstSize, bool bVertical, std::int32_t nKernel) {
@@ -61,7 +59,6 @@ TEST(ResamplePlane, GivesTheFiguresWorkedOutByHand) {
         std::int32_t nKernel;
     } cases[] = {{four, {10, 20, 20, 30, 40, 40}, false, kernelBox}, // the nearest alone
                  {four, doubled, false, kernelTriangle},
-                 {four, doubled, true, kernelTriangle},
                  {{10, 20}, {10, 17, 20}, true, kernelTriangle}, // less than there are taps
                  {first, {85, 0, 0, 0}, false, kernelTriangle},  // at the edge the rest of the taps has all the weight
                  {fifth, {0, 0, 60, 5}, false, kernelGaussian},  // 5 taps cut to 4

@@ -4,6 +4,14 @@
 
 namespace vellumcaster::testing_support {
 
+inline bool IsPlanar(std::uint32_t code) { return code == format_code::YV12 || code == format_code::I420; }
+
+inline bool IsPackedYuv(std::uint32_t code) {
+    return code == format_code::YUY2 || code == format_code::YVYU || code == format_code::UYVY;
+}
+
+inline bool IsRgb(std::uint32_t code) { return !IsPlanar(code) && !IsPackedYuv(code); }
+
 /// The samples of one pixel, whichever of them its format has.
 struct PixelSamples {
     int y = 0, u = 0, v = 0;
@@ -38,7 +46,7 @@ public:
         case RGB555: WriteWord(x, y, s.b / 8 + s.g / 8 * 32 + s.r / 8 * 1024); break;
         default:
             *Luma(x, y) = Byte(s.y);
-            if (m_Pf.dwFormat == YV12 || m_Pf.dwFormat == I420 ? y % 2 == 0 : true)
+            if (y % 2 == 0 || !IsPlanar(m_Pf.dwFormat))
                 *Chroma(x, y, false) = Byte(s.u), *Chroma(x, y, true) = Byte(s.v);
         }
     }
@@ -64,8 +72,7 @@ private:
 
     BYTE* Chroma(LONG x, LONG y, bool bV) {
         using namespace format_code;
-        if (m_Pf.dwFormat == I420 || m_Pf.dwFormat == YV12)
-            return Bytes(x & ~1, y & ~1)[(m_Pf.dwFormat == YV12) == bV ? 1 : 2];
+        if (IsPlanar(m_Pf.dwFormat)) return Bytes(x & ~1, y & ~1)[(m_Pf.dwFormat == YV12) == bV ? 1 : 2];
         const bool bSecond = (m_Pf.dwFormat == YVYU) != bV;
         return Bytes((x & ~1) + bSecond, y)[m_Pf.dwFormat == UYVY ? 0 : 1];
     }

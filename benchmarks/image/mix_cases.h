@@ -2,9 +2,9 @@
 
 #include "image/picture_format.h"
 
-namespace vellumcaster::testing_support {
+namespace vellumcaster::bench {
 
-/// Items of one size on a frame, as they are both timed and checked. They lie side by side, row by row.
+/// Items of one size on a frame, as they are timed. They lie side by side, row by row.
 struct MixCase {
     const char* pszName;
     PictureFormat frame;
@@ -26,4 +26,4 @@ inline constexpr MixCase full2160p{"RGB32_2160p", {format_code::RGB32, 3840, -21
 inline constexpr MixCase tenItems{"YUY2_1080p_ten_items", {format_code::YUY2, 1920, 1080}, {480, 120}, 10};
 inline constexpr MixCase mixCases[] = {full1080p, full2160p, tenItems};
 
-} // namespace vellumcaster::testing_support
+} // namespace vellumcaster::bench

@@ -114,6 +114,15 @@ TEST(OutlinedText, HasTheSameBytesByEitherRoad) {
         }
 }
 
+TEST(OutlinedText, IsStrokedAlikeByAWidthOfEitherSign) {
+    const LOGFONT logFont = Font(24);
+    const auto outline = [&](double width) {
+        return DrawOutline({"ab", &logFont, width, 4, nMargin, 2}, OutlineRoad::Shortest, {200, 48});
+    };
+    EXPECT_TRUE(outline(-3).Bytes(2) == outline(3).Bytes(2));
+    EXPECT_FALSE(outline(-3).Bytes(2) == outline(-1).Bytes(2));
+}
+
 TEST(TextPictures, SayOutsideAndInsideAndTheirComplement) {
     const LOGFONT logFont = Font(60);
     for (const Drawing& drawing : {DrawPlain("&l", &logFont), DrawOutline({"&l", &logFont, 2, 4, nMargin, 2})}) {

@@ -84,9 +84,7 @@ public:
     HRESULT NotifyAllocator(IMemAllocator* pAllocator, BOOL bReadOnly) override {
         if (!pAllocator) return E_POINTER;
         if (const auto hr = AnswerInstead(PinCall::NotifyAllocator)) return *hr;
-        const SinkManners& manners = m_Sink.m_Manners;
-        const bool bForeign = !IsSameObject(pAllocator, m_spOffered.Get());
-        if (manners.bRefusesAllMemory || (manners.bInsistsOnItsMemory && bForeign)) return E_FAIL;
+        if (m_Sink.m_Manners.bInsistsOnItsMemory && !IsSameObject(pAllocator, m_spOffered.Get())) return E_FAIL;
         m_spAllocator = pAllocator;
         m_bReadOnly = bReadOnly != 0;
         return S_OK;

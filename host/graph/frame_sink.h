@@ -16,7 +16,6 @@ struct SinkManners : Manners {
 
     bool bOffersMemory = true;        ///< it has an allocator of its own to offer
     bool bInsistsOnItsMemory = false; ///< it takes no other
-    bool bRefusesAllMemory = false;   ///< it takes none at all
     bool bTellsItsNeeds = true;       ///< it says what it needs of buffers
     ALLOCATOR_PROPERTIES needs{1, 1, 1, 0};
 

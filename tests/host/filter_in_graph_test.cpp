@@ -75,16 +75,6 @@ INSTANTIATE_TEST_SUITE_P(
                     MemoryCase{"OfferedUnbuffered", Memory::Offered, Plain, false, true, Mode::Upstream}),
     [](const auto& row) { return row.param.pszName; });
 
-TEST_F(FilterInGraph, IsNotConnectedWhereDownstreamTakesNoMemory) {
-    m_Sink.bRefusesAllMemory = true;
-    EXPECT_EQ(Build(), E_FAIL);
-    CComPtr<IPin> spPeer;
-    EXPECT_EQ(m_spSink->OwnPin()->ConnectedTo(spPeer.Put()), VFW_E_NOT_CONNECTED);
-    EXPECT_FALSE(m_spFilter->m_spOut->IsConnected());
-    EXPECT_EQ(m_spGraph->Run(), VFW_E_WRONG_STATE);
-    EXPECT_EQ(m_spFilter->State(), State_Stopped);
-}
-
 /// One call that a neighbour refuses, and what comes of it.
 struct Refusal {
     const char* pszName;
@@ -123,8 +113,14 @@ TEST_F(FilterInGraph, BearsARefusalOrEndsWithIt) {
         m_Source.answer = m_Sink.answer = nullptr;
         (refusal.bBySource ? m_Source.answer : m_Sink.answer) = refuse;
         EXPECT_EQ(Build(), refusal.hrBuilt);
-        EXPECT_EQ(m_spFilter->m_spOut->IsConnected(), refusal.hrBuilt == S_OK);
-        if (refusal.hrBuilt != S_OK) continue;
+        if (refusal.hrBuilt != S_OK) {
+            CComPtr<IPin> spPeer;
+            EXPECT_EQ(m_spSink->OwnPin()->ConnectedTo(spPeer.Put()), VFW_E_NOT_CONNECTED);
+            EXPECT_FALSE(m_spFilter->m_spOut->IsConnected());
+            EXPECT_EQ(m_spGraph->Run(), VFW_E_WRONG_STATE);
+            EXPECT_EQ(m_spFilter->State(), State_Stopped);
+            continue;
+        }
         ASSERT_EQ(m_spGraph->Run(), S_OK);
         m_spSource->WaitForEnd();
         ASSERT_EQ(m_spGraph->Stop(), S_OK);

@@ -326,7 +326,6 @@ TEST_F(FilterPins, LeaveNothingOfAConnectionThatDidNotComeAbout) {
 TEST_F(FilterPins, AreGivenToAnyThread) {
     CComPtr<IMarshal> spMarshal;
     CComPtr<IBaseFilter> spBack;
-    CComPtr<IStream> spStream;
     ASSERT_EQ(m_spFilter->QueryInterface(IMarshal::IID, reinterpret_cast<void**>(spMarshal.Put())), S_OK);
     ASSERT_EQ(spMarshal->QueryInterface(IBaseFilter::IID, reinterpret_cast<void**>(spBack.Put())), S_OK);
     EXPECT_EQ(spBack, static_cast<IBaseFilter*>(m_spFilter.Get())) << "one object";

@@ -203,18 +203,6 @@ TEST_F(Vellumcast, StacksPanelsAndImagesInTheOrderOfTheCommandLine) {
     EXPECT_TRUE(refused.status == 1 && refused.errors.find("cannot be prepared") != std::string::npos);
 }
 
-TEST_F(Vellumcast, StacksPanelsWithTheirAlpha) {
-    Write("in.y4m", Clip("C420", 1, cb420));
-    ASSERT_EQ(Run("in.y4m out.y4m --panel '0,0,16,8,#FFFFFF' --panel '0,0,2,2,#000000,alpha=128' "
-                  "--panel '2,0,2,2,#000000,alpha=0'")
-                  .status,
-              0);
-    const std::string out = Read("out.y4m");
-    const std::size_t plane = out.find("FRAME\n") + 6;
-    EXPECT_EQ(static_cast<unsigned char>(out[plane]), (235 * 127 + 16 * 128 + 255) >> 8);
-    EXPECT_EQ(static_cast<unsigned char>(out[plane + 2]), 235);
-}
-
 TEST_F(Vellumcast, KeepsFramesAsPictures) {
     Write("in.y4m", Clip("C420jpeg", 2, cb420));
     ASSERT_EQ(Run("in.y4m out.y4m --panel '8,0,8,8,#3264C8' --snapshot 1:one.png").status, 0);
